@@ -1,0 +1,21 @@
+// Loads an ANDI file: the netCDF classic layout, header, attributes and all data in one go.
+#pragma once
+
+#include "andi/andi_file.h"
+
+#include <span>
+
+namespace korlit {
+
+/// Loads the file at `path` into `file`, whose former content is released first, with every number
+/// in host byte order. No file is open on return.
+///
+/// Answers 1, or 0 with `file` empty and the reason in `message`. The one failure without a text is
+/// no memory for an array, which shows a message box and leaves `message` as it was. A declared
+/// size that its block can't have (negative, or 2 GiB and more) counts as no memory.
+///
+/// Where a variable's declared size holds fewer elements than its dimensions say, ElementCount is
+/// what the block holds.
+int ReadAndiFile(const char* path, AndiFile* file, std::span<char> message);
+
+} // namespace korlit

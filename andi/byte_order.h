@@ -1,0 +1,18 @@
+// The byte order of ANDI files. Every number in them is big-endian and every host of this library
+// little-endian, so each number is reversed on its way, without a test.
+#pragma once
+
+#include <bit>
+#include <cstdint>
+
+namespace korlit {
+
+static_assert(std::endian::native == std::endian::little);
+
+/// Reverses the `size` bytes of one number in place.
+void ReverseBytes(void* number, std::int64_t size);
+
+/// Reverses each of `count` numbers of `size` bytes that lie one behind the other.
+void ReverseBytes(void* numbers, std::int64_t size, std::int64_t count);
+
+} // namespace korlit

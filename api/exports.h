@@ -1,0 +1,52 @@
+/* The public interface of libkorlit: one call converts one file. Plain C.
+ *
+ * A host loads the library and calls an export; no call is needed first or last. Calls come one at
+ * a time: they are neither reentrant nor safe in parallel within one process.
+ *
+ * Paths and texts are zero-terminated 8-bit text, passed on as they are. The path separator is '/'.
+ * Both buffers belong to the host. No length is passed for either, so the host must provide:
+ *
+ *   path     5 bytes more than the path's length, since the call changes its extension in place:
+ *            an appended dot, three letters and the terminator;
+ *   message  60 bytes more than the path's length, and never fewer than 91.
+ *
+ * The calls write nothing beyond these sizes. A null path or message is answered with 0.
+ */
+#ifndef KORLIT_EXPORTS_H
+#define KORLIT_EXPORTS_H
+
+#include <stdint.h> /* NOLINT(modernize-deprecated-headers): hosts in C include this too */
+
+#define KORLIT_EXPORT __attribute__((visibility("default")))
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* What a host must provide behind a path of a given length, in bytes. */
+#define KORLIT_PATH_ROOM 5
+#define KORLIT_MESSAGE_ROOM 60
+#define KORLIT_MESSAGE_MINIMUM 91
+
+/* Converts the ANDI file at `path` into a Merivolta pair beside it: raw data with the extension
+ * .sli and the report with .rpt, which replace files of these names.
+ *
+ * Returns 1 with the text "Wrote Merivolta file <path>" when both files were written, else 0 with
+ * the reason in `message`. The only failure without a text is no memory for the file's lists, which
+ * is told in one line on standard error.
+ *
+ * On return `path` ends in ".sli"; in ".rpt" if the report file could not be created; and is the
+ * file that was to be loaded if the load failed, in which case no file was touched. A path whose
+ * last component holds no dot gets one appended, and that is the file that is loaded. A conversion
+ * that fails later leaves the files that it created. */
+KORLIT_EXPORT int32_t Andi2Merivolta(char* path, char* message);
+
+/* Not implemented: returns 0 with the text "Feature is not implemented !!!", whatever the path,
+ * null included. */
+KORLIT_EXPORT int32_t Andi2Dunvale(char* path, char* message);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

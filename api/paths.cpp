@@ -1,0 +1,22 @@
+#include "api/paths.h"
+
+#include "api/exports.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace korlit {
+
+char* NormalisePath(char* path) {
+    char* separator = std::strrchr(path, '/');
+    char* lastComponent = separator == nullptr ? path : separator + 1;
+    char* extension = std::strrchr(lastComponent, '.');
+    return extension == nullptr ? std::strcat(path, ".") + std::strlen(path) - 1 : extension;
+}
+
+std::span<char> messageBuffer(const char* path, char* message) {
+    const std::size_t size = std::strlen(path) + KORLIT_MESSAGE_ROOM;
+    return {message, std::max<std::size_t>(size, KORLIT_MESSAGE_MINIMUM)};
+}
+
+} // namespace korlit

@@ -1,0 +1,304 @@
+#include "native/andi_to_native.h"
+
+#include "andi/value_lookup.h"
+#include "api/shared_state.h"
+#include "datetime/stamp.h"
+#include "platform/text.h"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cstring>
+#include <limits>
+#include <optional>
+#include <string_view>
+
+namespace korlit {
+
+namespace {
+
+constexpr const char* noMemoryForDataText = "Out of memory reading data";
+constexpr const char* noOrdinatesText = "No ordinate values found in Andi file";
+constexpr const char* notUniformText = "Data are not uniformly distributed (equidistant)";
+constexpr const char* tooManyPeaksText = "Too many peaks in data file";
+constexpr const char* noMemoryForPeaksText = "Out of memory reading data file";
+
+constexpr float minutesPerSecond = 1.0F / 60.0F;
+static_assert(std::bit_cast<std::uint32_t>(minutesPerSecond) == 0x3C888889);
+
+/// Lookup wants a key that it may change in place.
+struct LookupKey {
+    std::array<char, 32> text{};
+    explicit LookupKey(const char* name) { formatText(text, "%s", name); }
+};
+
+bool lookUpText(AndiFile* file, const char* name, char* target, std::int32_t limit) {
+    LookupKey key{name};
+    AndiVariable* variable = nullptr;
+    return FindAndiValue(file, key.text.data(), target, limit, &variable) == 1;
+}
+
+/// A value as text in TextScratch. A value without elements is the empty text.
+std::optional<std::string_view> lookUpText(AndiFile* file, const char* name) {
+    TextScratch.fill('\0');
+    if (!lookUpText(file, name, TextScratch.data(), maxValueText)) {
+        return std::nullopt;
+    }
+    return std::string_view{TextScratch.data()};
+}
+
+const AndiVariable* lookUpVariable(AndiFile* file, const char* name) {
+    LookupKey key{name};
+    AndiVariable* variable = nullptr;
+    void* data = nullptr;
+    FindAndiValue(file, key.text.data(), &data, pointerMode, &variable);
+    return variable;
+}
+
+void clearHeaders() {
+    TheSliHeader = {};
+    TheSliHeader.FormatVersion = sliceFormatVersion;
+    TheRepHeader = {};
+    TheRepHeader.ReportFlags = writtenReportFlags;
+    TheResHeader = {};
+}
+
+void composeDate(std::span<char> target, const StampFields& stamp) {
+    formatText(target, "%02hd.%02hd.%04hd", static_cast<short>(stamp.Day),
+               static_cast<short>(stamp.Month), static_cast<short>(stamp.Year));
+}
+
+void composeTime(std::span<char> target, const StampFields& stamp) {
+    formatText(target, "%02hd:%02hd", static_cast<short>(stamp.Hour),
+               static_cast<short>(stamp.Minute));
+}
+
+void mapDate(AndiFile* file) {
+    if (!lookUpText(file, "datasetdatetimestamp") && !lookUpText(file, "injectiondatetimestamp")) {
+        return;
+    }
+    StampFields stamp{};
+    ParseAndiStamp(&stamp, TextScratch.data());
+    composeDate(TheSliHeader.DateText, stamp);
+    composeTime(TheSliHeader.TimeText, stamp);
+    composeDate(TheResHeader.ResultDate, stamp);
+    composeTime(TheResHeader.ResultTime, stamp);
+}
+
+/// A text of the header from a value, at most one character less than its field.
+template <std::size_t width>
+void mapText(AndiFile* file, const char* name, char (&field)[width]) {
+    lookUpText(file, name, field, width - 1);
+}
+
+void findExtremes(const float* samples, std::uint32_t count) {
+    float smallest = count > 0 ? samples[0] : 0.0F;
+    float largest = smallest;
+    for (std::uint32_t i = 0; i < count; ++i) {
+        largest = samples[i] > largest ? samples[i] : largest;
+        smallest = samples[i] < smallest ? samples[i] : smallest;
+    }
+    TheSliHeader.MinValue = smallest;
+    TheSliHeader.MaxValue = largest;
+}
+
+/// The samples into a block of their own; null, or the text of the failure.
+const char* mapSignal(NativeBlocks& blocks, AndiFile* file) {
+    if (const auto count = lookUpText(file, "pointnumber")) {
+        TheSliHeader.PointCount = static_cast<std::uint32_t>(readLong(*count).value_or(0));
+    }
+    const std::int64_t sampleSize = sizeof(float);
+    const std::int64_t spare = 4;
+    if (!acquireBlock(blocks.dataHandle, blocks.data,
+                      TheSliHeader.PointCount * sampleSize + spare)) {
+        return noMemoryForDataText;
+    }
+    const AndiVariable* ordinates = lookUpVariable(file, "ordinatevalues");
+    if (ordinates == nullptr) {
+        FreeAndiFile(file);
+        return noOrdinatesText;
+    }
+    const auto available = static_cast<std::uint32_t>(ordinates->VSize / sampleSize);
+    const std::uint32_t count = std::min<std::uint32_t>(TheSliHeader.PointCount, available);
+    TheSliHeader.PointCount = count;
+    std::memcpy(blocks.data, ordinates->Data, count * sizeof(float));
+    findExtremes(blocks.data, count);
+    return nullptr;
+}
+
+/// `value` units of `unitMs` milliseconds each, truncated, in the field's 16 bits. What lies beyond
+/// 32 bits has no interval and gives 0.
+std::int16_t intervalMs(float value, double unitMs) {
+    constexpr float roundingAid = 1e-8F;
+    using Limits = std::numeric_limits<std::int32_t>;
+    const double interval = (double{value} + double{roundingAid}) * unitMs;
+    const bool isInRange = interval > Limits::min() - 1.0 && interval < Limits::max() + 1.0;
+    return isInRange ? static_cast<std::int16_t>(static_cast<std::int32_t>(interval))
+                     : std::int16_t{0};
+}
+
+/// Sets the sample interval; answers the factor that turns the file's times into minutes.
+float mapInterval(AndiFile* file) {
+    TheSliHeader.ScaleFactor = 1.0;
+    TheSliHeader.SampleIntervalMs = 1;
+    const auto interval = lookUpText(file, "actualsamplinginterval");
+    if (!interval) {
+        return minutesPerSecond;
+    }
+    const float value = readFloat(*interval).value_or(0.0F);
+    if (!lookUpText(file, "retentionunit")) {
+        return minutesPerSecond;
+    }
+    _strlwr(TextScratch.data());
+    const bool isMinutes = std::string_view{TextScratch.data()}.starts_with("min");
+    TheSliHeader.SampleIntervalMs = intervalMs(value, isMinutes ? 60000.0 : 1000.0);
+    return isMinutes ? 1.0F : minutesPerSecond;
+}
+
+bool isUniform(AndiFile* file) {
+    const auto flag = lookUpText(file, "uniformsamplingflag");
+    return !flag || flag->starts_with('Y') || flag->starts_with('y');
+}
+
+/// Takes the digits at the start of `text` off it.
+std::string_view takeDigits(std::string_view& text) {
+    const auto* end = std::find_if_not(text.begin(), text.end(), isDigit);
+    const std::string_view digits = text.substr(0, static_cast<std::size_t>(end - text.begin()));
+    text.remove_prefix(digits.size());
+    return digits;
+}
+
+/// Rack and vial from a position such as 1-2. A text that doesn't start with the rack has its first
+/// digits taken for the vial.
+void mapPosition(AndiFile* file) {
+    auto rest = lookUpText(file, "autosamplerposition").value_or("");
+    if (const auto rack = readShort(takeDigits(rest))) {
+        TheSliHeader.AutosamplerRack = *rack;
+    }
+    rest.remove_prefix(std::min(rest.find_first_of("0123456789", 1), rest.size()));
+    if (const auto vial = readShort(takeDigits(rest))) {
+        TheSliHeader.AutosamplerVial = *vial;
+    }
+}
+
+struct PeakColumn {
+    const char* name;
+    std::size_t fieldOffset;
+    bool isTime;
+};
+
+constexpr std::array<PeakColumn, 10> peakColumns{{
+    {.name = "peakamount", .fieldOffset = offsetof(PeakRecord, PeakAmount), .isTime = false},
+    {.name = "peakretentiontime",
+     .fieldOffset = offsetof(PeakRecord, RetentionTime),
+     .isTime = true},
+    {.name = "peakstarttime",
+     .fieldOffset = offsetof(PeakRecord, BaselineStartTime),
+     .isTime = true},
+    {.name = "peakstarttime", .fieldOffset = offsetof(PeakRecord, PeakStartTime), .isTime = true},
+    {.name = "peakendtime", .fieldOffset = offsetof(PeakRecord, BaselineStopTime), .isTime = true},
+    {.name = "peakendtime", .fieldOffset = offsetof(PeakRecord, PeakEndTime), .isTime = true},
+    {.name = "peakarea", .fieldOffset = offsetof(PeakRecord, PeakArea), .isTime = false},
+    {.name = "peakareapercent",
+     .fieldOffset = offsetof(PeakRecord, ExtAreaPercent),
+     .isTime = false},
+    {.name = "peakareapercent",
+     .fieldOffset = offsetof(PeakRecord, PeakAreaPercent),
+     .isTime = false},
+    {.name = "peakheight", .fieldOffset = offsetof(PeakRecord, PeakHeight), .isTime = false},
+}};
+
+/// Names of a matrix lie its row length apart; those of a vector 4 bytes.
+std::int64_t namePitch(const AndiFile& file, const AndiVariable& names) {
+    constexpr std::int64_t vectorPitch = 4;
+    return names.DimensionCount >= 2 ? file.Dimensions[names.DimensionIds[1]].Length : vectorPitch;
+}
+
+void mapPeakNames(AndiFile* file, PeakRecord* peaks) {
+    constexpr std::int64_t maxNameLength = 14;
+    const AndiVariable* names = lookUpVariable(file, "peakname");
+    if (names == nullptr) {
+        return;
+    }
+    const std::int64_t pitch = namePitch(*file, *names);
+    const auto* name = static_cast<const char*>(names->Data);
+    std::int64_t bytesLeft = names->VSize;
+    for (int i = 0; i < TheResHeader.PeakCount && pitch >= 0 && bytesLeft >= pitch; ++i) {
+        const char* limit = name + std::min(maxNameLength, bytesLeft);
+        std::copy(name, std::find(name, limit, '\0'), peaks[i].PeakName);
+        name += pitch;
+        bytesLeft -= pitch;
+    }
+}
+
+/// The peak table, if the file has one that fits. `message` says why one was left out.
+void mapPeaks(NativeBlocks& blocks, AndiFile* file, float timeFactor, std::span<char> message) {
+    const auto countText = lookUpText(file, "peaknumber");
+    const std::int64_t count = countText ? readLong(*countText).value_or(0) : 0;
+    if (count <= 0) {
+        return;
+    }
+    const std::int64_t byteCount = count * static_cast<std::int64_t>(sizeof(PeakRecord));
+    if (byteCount > maxWrittenPeakBytes) {
+        return formatText(message, tooManyPeaksText);
+    }
+    if (!acquireBlock(blocks.peakHandle, blocks.peaks, byteCount)) {
+        return formatText(message, noMemoryForPeaksText);
+    }
+    TheResHeader.PeakCount = static_cast<std::int16_t>(count);
+    TheResHeader.PeakTableCount = static_cast<std::int16_t>(count);
+    for (int i = 0; i < count; ++i) {
+        blocks.peaks[i].PeakNumber = static_cast<std::uint16_t>(i + 1);
+    }
+    for (const auto& [name, fieldOffset, isTime] : peakColumns) {
+        CopyPeakColumn(name, blocks.peaks, fieldOffset, isTime ? timeFactor : 1.0F);
+    }
+    mapPeakNames(file, blocks.peaks);
+}
+
+int fail(std::span<char> message, const char* text) {
+    formatText(message, "%s", text);
+    return 0;
+}
+
+} // namespace
+
+int MapAndiToNative(NativeBlocks& blocks, AndiFile* file, std::span<char> message) {
+    clearHeaders();
+    mapDate(file);
+    mapText(file, "operatorname", TheSliHeader.OperatorName);
+    mapText(file, "samplename", TheSliHeader.SampleName);
+    mapText(file, "detectorunit", TheSliHeader.DetectorUnit);
+    if (const char* failure = mapSignal(blocks, file)) {
+        return fail(message, failure);
+    }
+    const float timeFactor = mapInterval(file);
+    if (!isUniform(file)) {
+        return fail(message, notUniformText);
+    }
+    mapPosition(file);
+    mapPeaks(blocks, file, timeFactor, message);
+    FreeAndiFile(file);
+    return 1;
+}
+
+void CopyPeakColumn(const char* name, PeakRecord* peaks, std::size_t fieldOffset, float factor) {
+    const AndiVariable* column = lookUpVariable(&TheAndiFile, name);
+    if (column == nullptr) {
+        return;
+    }
+    const std::int64_t available = column->VSize / static_cast<std::int64_t>(sizeof(float));
+    const std::int64_t count = std::min<std::int64_t>(TheResHeader.PeakCount, available);
+    for (std::int64_t i = 0; i < count; ++i) {
+        char* field = reinterpret_cast<char*>(&peaks[i]) + fieldOffset;
+        std::memcpy(field, static_cast<const char*>(column->Data) + i * 4, sizeof(float));
+        if (factor != 1.0F) {
+            float value = 0.0F;
+            std::memcpy(&value, field, sizeof value);
+            value *= factor;
+            std::memcpy(field, &value, sizeof value);
+        }
+    }
+}
+
+} // namespace korlit

@@ -1,0 +1,54 @@
+#include "platform/faults.h"
+
+#ifdef KORLIT_FAULTS
+
+namespace korlit {
+
+namespace {
+
+struct ArmedFault {
+    FaultPoint point = FaultPoint::Allocate;
+    FaultKind kind = FaultKind::None;
+    std::int64_t arrivalsLeft = 0;
+    bool lasting = false;
+};
+
+ArmedFault armed;
+std::int64_t heldBlocks = 0;
+std::int64_t heldFiles = 0;
+
+} // namespace
+
+void armFault(FaultPoint point, std::int64_t nth, FaultKind kind, bool lasting) {
+    armed = {.point = point, .kind = kind, .arrivalsLeft = nth, .lasting = lasting};
+}
+
+void disarmFault() {
+    armed = {};
+}
+
+FaultKind faultAt(FaultPoint point) {
+    if (armed.kind == FaultKind::None || armed.point != point) {
+        return FaultKind::None;
+    }
+    --armed.arrivalsLeft;
+    const bool isDue = armed.arrivalsLeft == 0 || (armed.lasting && armed.arrivalsLeft < 0);
+    return isDue ? armed.kind : FaultKind::None;
+}
+
+std::int64_t heldBlockCount() {
+    return heldBlocks;
+}
+std::int64_t heldFileCount() {
+    return heldFiles;
+}
+void countHeldBlocks(std::int64_t change) {
+    heldBlocks += change;
+}
+void countHeldFiles(std::int64_t change) {
+    heldFiles += change;
+}
+
+} // namespace korlit
+
+#endif

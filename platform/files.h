@@ -1,0 +1,41 @@
+// Files by small integer handles, as the `_lopen` family of calls gives them.
+//
+// Reads go through a window of the file that one system call brings in, so a header of hundreds of
+// 4-byte fields costs a handful of calls; large transfers go past it, straight to their target.
+// A seek is only a change of position and costs nothing. Calls that a signal interrupts are taken
+// up again.
+#pragma once
+
+#include <cstdint>
+
+namespace korlit {
+
+/// What the calls answer when they fail.
+constexpr int fileError = -1;
+
+enum class SeekOrigin : std::uint8_t { Start = 0, Current = 1 };
+
+/// Opens a regular file for reading. fileError if it isn't there, may not be read or is anything
+/// but a regular file: a folder has no bytes, and a pipe could hold the host up for ever.
+int _lopen(const char* path);
+
+/// Creates a file for writing, or empties it if it exists. fileError if that can't be done.
+int _lcreat(const char* path);
+
+/// Closes a handle. fileError if it wasn't open, or if the system only now reports that bytes
+/// written before did not reach the file.
+int _lclose(int handle);
+
+/// Moves up to `byteCount` bytes to `target` and the position with them. Answers the number moved,
+/// fewer only at the end of the file or where the system fails, and fileError if nothing could be
+/// tried.
+std::int64_t _hread(int handle, void* target, std::int64_t byteCount);
+
+/// Writes `byteCount` bytes at the position and moves it. Answers the number written.
+std::int64_t _hwrite(int handle, const void* source, std::int64_t byteCount);
+
+/// Moves the position and answers it. A place ahead of the file's start is answered with fileError
+/// and leaves the handle nowhere: reads and writes move nothing until a seek from the start.
+std::int64_t _llseek(int handle, std::int64_t offset, SeekOrigin origin);
+
+} // namespace korlit
