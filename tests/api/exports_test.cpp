@@ -1,0 +1,149 @@
+// The built library, loaded and called as a host does.
+#include "tests/support/andi_text.h"
+#include "tests/support/host_call.h"
+#include "tests/support/image.h"
+#include "tests/support/temp_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <dlfcn.h>
+
+#include <array>
+#include <clocale>
+#include <filesystem>
+
+namespace korlit {
+namespace {
+
+using namespace test;
+namespace fs = std::filesystem;
+
+class ExportsTest : public testing::Test {
+  protected:
+    ~ExportsTest() override { dlclose(library); }
+
+    void* library = dlopen(BUILT_LIBRARY, RTLD_NOW | RTLD_LOCAL);
+    Export andi2Merivolta = reinterpret_cast<Export>(dlsym(library, "Andi2Merivolta"));
+    Export andi2Dunvale = reinterpret_cast<Export>(dlsym(library, "Andi2Dunvale"));
+    TempFolder folder;
+    std::string source = folder.write("run.cdf", readFile(TEST_DATA "two_peaks.cdf"));
+    std::string slice = folder.path("run.sli");
+    std::string report = folder.path("run.rpt");
+};
+
+TEST_F(ExportsTest, WritesThePairToTheByte) {
+    // Under a host's locale with a decimal comma, over old files that are longer than the new.
+    setenv("LOCPATH", TEST_DATA "locales", 1);
+    ASSERT_NE(std::setlocale(LC_ALL, "de_DE.UTF-8"), nullptr);
+    ASSERT_STREQ(std::localeconv()->decimal_point, ",");
+    folder.write("run.sli", std::string(5000, 'x'));
+    EXPECT_EQ(callAsHost(andi2Merivolta, source),
+              (Answer{1, slice, "Wrote Merivolta file " + slice, true}));
+    std::setlocale(LC_ALL, "C");
+    EXPECT_EQ(readFile(slice), readImage(LISTINGS "two_peaks.sli.txt"));
+    EXPECT_EQ(readFile(report), readImage(LISTINGS "two_peaks.rpt.txt"));
+}
+
+TEST_F(ExportsTest, NamesTheFilesByTheLastDot) {
+    fs::create_directory(folder.path("data.old"));
+    const std::pair<const char*, const char*> names[]{{"run.x.cdf", "run.x.sli"},
+                                                      {"data.old/run.", "data.old/run.sli"},
+                                                      {"one.c", "one.sli"},
+                                                      {"long.chrom", "long.sli"}};
+    for (const auto& [from, to] : names) {
+        const std::string path = folder.write(from, AndiText{}.bytes());
+        EXPECT_EQ(callAsHost(andi2Merivolta, path).path, folder.path(to));
+        EXPECT_TRUE(fs::remove(folder.path(to)));
+    }
+    const std::string undotted = folder.path("data.old/run");
+    EXPECT_EQ(callAsHost(andi2Merivolta, undotted).path, undotted + ".sli") << "run. is loaded";
+}
+
+TEST_F(ExportsTest, FilesWithoutSamplesOrPeaksHaveTheirFullLayout) {
+    folder.write("run.cdf", AndiText{.dimensions = "10 1 'points' 3"}.bytes());
+    EXPECT_EQ(callAsHost(andi2Merivolta, source).result, 1);
+    EXPECT_EQ(readFile(slice).size(), 2048U);
+    EXPECT_EQ(readFile(report).size(), 352U);
+    EXPECT_EQ(readFile(report).substr(135, 8), (std::string{"\x20\1\0\0\x40\0\0\0", 8}));
+}
+
+TEST_F(ExportsTest, TellsWhatTheFileSystemRefuses) {
+    const std::string missing = folder.path("missing");
+    EXPECT_EQ(callAsHost(andi2Merivolta, missing),
+              (Answer{0, missing + ".", "Error opening Andi file " + missing + ".", true}));
+    const std::pair<std::string, std::string> targets[]{{slice, "Slice"}, {report, "Report"}};
+    for (const auto& [target, kind] : targets) {
+        fs::remove(target);
+        fs::create_directory(target);
+        const std::string text = "Error writing Merivolta " + kind + " File " + target;
+        EXPECT_EQ(callAsHost(andi2Merivolta, source), (Answer{0, target, text, true}));
+        fs::remove(target);
+        fs::create_symlink("/dev/full", target);
+        EXPECT_EQ(callAsHost(andi2Merivolta, source),
+                  (Answer{0, slice, "Error writing Merivolta file " + slice, true}));
+        fs::remove(target);
+    }
+    EXPECT_EQ(callAsHost(andi2Merivolta, source).result, 1);
+}
+
+TEST_F(ExportsTest, KeepsToTheHostsBuffersAtAnyPathLength) {
+    const std::string bytes = AndiText{.variables = "11 1 'x' 1 1"}.bytes();
+    const auto expected = [](const std::string& path) {
+        return "Andi File " + path + " internal Error: Variable using unknown Dimension";
+    };
+    folder.write("run.cdf", bytes);
+    EXPECT_EQ(callAsHost(andi2Merivolta, source), (Answer{0, source, expected(source), true}));
+
+    // An appended dot makes the longest text one character longer than the host's room for it.
+    const std::string dotted = folder.write("a_name_long_enough_by_itself.", bytes);
+    std::string cut = expected(dotted);
+    cut.pop_back();
+    EXPECT_EQ(callAsHost(andi2Merivolta, dotted.substr(0, dotted.size() - 1)),
+              (Answer{0, dotted, cut, true}));
+
+    const std::string deep = std::string(200, 'd') + "/" + std::string(200, 'e');
+    fs::create_directories(folder.path(deep));
+    const std::string path = folder.write(deep + "/run.cdf", AndiText{}.bytes());
+    EXPECT_EQ(callAsHost(andi2Merivolta, path).message,
+              "Wrote Merivolta file " + folder.path(deep + "/run.sli"));
+    const std::string tooLong = folder.path(std::string(5000, 'x') + ".cdf");
+    EXPECT_EQ(callAsHost(andi2Merivolta, tooLong),
+              (Answer{0, tooLong, "Error opening Andi file " + tooLong, true}));
+}
+
+TEST_F(ExportsTest, AnswersNullWithZero) {
+    const std::string notImplemented = "Feature is not implemented !!!";
+    std::array<char, 100> buffer{"run.cdf"};
+    EXPECT_EQ(andi2Merivolta(nullptr, buffer.data()), 0);
+    EXPECT_EQ(andi2Merivolta(buffer.data(), nullptr), 0);
+    EXPECT_STREQ(buffer.data(), "run.cdf");
+    EXPECT_EQ(andi2Dunvale(nullptr, nullptr), 0);
+    EXPECT_EQ(andi2Dunvale(nullptr, buffer.data()), 0);
+    EXPECT_EQ(buffer.data(), notImplemented);
+    EXPECT_EQ(callAsHost(andi2Dunvale, "any"), (Answer{0, "any", notImplemented, true}));
+}
+
+TEST_F(ExportsTest, ConvertsAFileOfAnotherMaker) {
+    const std::string original = readFile(FOREIGN_ANDI_FILE);
+    if (original.empty()) {
+        GTEST_SKIP() << "no " FOREIGN_ANDI_FILE;
+    }
+    folder.write("run.cdf", original);
+    ASSERT_EQ(callAsHost(andi2Merivolta, source).result, 1);
+    std::string samples = readFile(slice);
+    EXPECT_EQ(samples.substr(0, 2048), readImage(LISTINGS "foreign.sli.txt"));
+    // The samples stand in the original with the bytes of each reversed.
+    samples.erase(0, 2048);
+    EXPECT_EQ(samples.size(), 4U * 4651);
+    for (std::size_t i = 0; i < samples.size(); i += 4) {
+        std::reverse(samples.data() + i, samples.data() + i + 4);
+    }
+    EXPECT_NE(original.find(samples), std::string::npos);
+    // Eight peaks, the first at 196.06514 and the last at 1177.75964 s.
+    EXPECT_EQ(readFile(report).size(), 352U + 2 * 8 + 114 * 8);
+    EXPECT_EQ(readFile(report).substr(372, 4), "\xDB\x22\x51\x40");
+    EXPECT_EQ(readFile(report).substr(1170, 4), "\xDD\x08\x9D\x41");
+}
+
+} // namespace
+} // namespace korlit

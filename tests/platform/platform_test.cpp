@@ -1,0 +1,87 @@
+#include "platform/faults.h"
+#include "platform/files.h"
+#include "platform/global_memory.h"
+#include "platform/text.h"
+#include "tests/support/temp_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+#include <string>
+
+namespace korlit {
+namespace {
+
+using namespace test;
+
+TEST(GlobalMemory, RefusesWhatA32BitProcessCouldNotHave) {
+    for (const std::int64_t refused : {std::int64_t{-1}, globalAllocLimit, INT64_MAX, INT64_MIN}) {
+        EXPECT_EQ(GlobalAlloc(refused), nullptr) << refused;
+    }
+    GlobalHandle empty = GlobalAlloc(0);
+    EXPECT_NE(empty, nullptr);
+    EXPECT_EQ(GlobalLock(empty), nullptr);
+    EXPECT_EQ(GlobalFree(empty), nullptr);
+}
+
+TEST(Files, ReadsThroughAndPastTheWindow) {
+    const TempFolder folder;
+    std::string content(200000, '\0');
+    for (std::size_t i = 0; i < content.size(); ++i) {
+        content[i] = static_cast<char>(i * 7 + i / 251);
+    }
+    const int file = _lopen(folder.write("x", content).c_str());
+    ASSERT_GT(file, 0);
+    // place and size: within the window, across its end, past it in one go, back, across the end
+    const std::pair<std::int64_t, std::int64_t> reads[]{{0, 4},       {65530, 4},    {65534, 8},
+                                                        {10, 150000}, {20, 100000},  {20, 4},
+                                                        {199990, 20}, {65536, 65536}};
+    for (const auto& [place, size] : reads) {
+        const std::string expected =
+            content.substr(static_cast<std::size_t>(place), static_cast<std::size_t>(size));
+        std::string bytes(expected.size(), '?');
+        EXPECT_EQ(_llseek(file, place, SeekOrigin::Start), place);
+        EXPECT_EQ(_hread(file, bytes.data(), size), std::ssize(expected));
+        EXPECT_EQ(bytes, expected);
+        EXPECT_EQ(_llseek(file, 0, SeekOrigin::Current), place + std::ssize(expected));
+    }
+    char byte = 0;
+    EXPECT_EQ(_llseek(file, -1, SeekOrigin::Start), fileError);
+    EXPECT_EQ(_hread(file, &byte, 1), fileError) << "nowhere in the file";
+    EXPECT_EQ(_llseek(file, INT64_MAX, SeekOrigin::Start), INT64_MAX);
+    EXPECT_EQ(_llseek(file, 1, SeekOrigin::Current), fileError);
+    EXPECT_EQ(_lclose(file), 0);
+    EXPECT_EQ(_lclose(file), fileError);
+    EXPECT_EQ(_hread(file, &byte, 1), fileError);
+}
+
+TEST(Files, OpensRegularFilesOnly) {
+    const TempFolder folder;
+    const std::string pipe = folder.path("pipe");
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    EXPECT_EQ(_lcreat(pipe.c_str()), fileError);
+    for (const std::string& path : {pipe, folder.path(""), std::string{"/dev/zero"}}) {
+        EXPECT_EQ(_lopen(path.c_str()), fileError) << path;
+    }
+    EXPECT_EQ(heldFileCount(), 0);
+}
+
+TEST(NumberText, ReadsAsScanfDoes) {
+    const std::pair<const char*, std::optional<std::int32_t>> longs[]{
+        {"12", 12}, {" \t-3x", -3}, {"+7", 7},        {"+-7", {}},
+        {"", {}},   {"x1", {}},     {"4651.9", 4651}, {"99999999999", INT32_MAX}};
+    for (const auto& [text, number] : longs) {
+        EXPECT_EQ(readLong(text), number) << text;
+    }
+    const std::pair<const char*, std::optional<float>> floats[]{{" 1.5 ", 1.5F}, {"+2E2", 200.0F},
+                                                                {"-.5", -0.5F},  {"1,5", 1.0F},
+                                                                {"min", {}},     {"1e99", {}}};
+    for (const auto& [text, number] : floats) {
+        EXPECT_EQ(readFloat(text), number) << text;
+    }
+    EXPECT_EQ(readShort("70000"), 4464);
+}
+
+} // namespace
+} // namespace korlit
