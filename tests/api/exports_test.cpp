@@ -59,14 +59,6 @@ TEST_F(ExportsTest, NamesTheFilesByTheLastDot) {
     EXPECT_EQ(callAsHost(andi2Merivolta, undotted).path, undotted + ".sli") << "run. is loaded";
 }
 
-TEST_F(ExportsTest, FilesWithoutSamplesOrPeaksHaveTheirFullLayout) {
-    folder.write("run.cdf", AndiText{.dimensions = "10 1 'points' 3"}.bytes());
-    EXPECT_EQ(callAsHost(andi2Merivolta, source).result, 1);
-    EXPECT_EQ(readFile(slice).size(), 2048U);
-    EXPECT_EQ(readFile(report).size(), 352U);
-    EXPECT_EQ(readFile(report).substr(135, 8), (std::string{"\x20\1\0\0\x40\0\0\0", 8}));
-}
-
 TEST_F(ExportsTest, TellsWhatTheFileSystemRefuses) {
     const std::string missing = folder.path("missing");
     EXPECT_EQ(callAsHost(andi2Merivolta, missing),

@@ -1,19 +1,14 @@
-#include "platform/faults.h"
 #include "platform/files.h"
 #include "platform/global_memory.h"
 #include "platform/text.h"
-#include "tests/support/temp_folder.h"
-
-#include <gtest/gtest.h>
+#include "tests/support/module_test.h"
 
 #include <sys/stat.h>
-
-#include <string>
 
 namespace korlit {
 namespace {
 
-using namespace test;
+using Files = test::ModuleTest;
 
 TEST(GlobalMemory, RefusesWhatA32BitProcessCouldNotHave) {
     for (const std::int64_t refused : {std::int64_t{-1}, globalAllocLimit, INT64_MAX, INT64_MIN}) {
@@ -25,8 +20,7 @@ TEST(GlobalMemory, RefusesWhatA32BitProcessCouldNotHave) {
     EXPECT_EQ(GlobalFree(empty), nullptr);
 }
 
-TEST(Files, ReadsThroughAndPastTheWindow) {
-    const TempFolder folder;
+TEST_F(Files, ReadsThroughAndPastTheWindow) {
     std::string content(200000, '\0');
     for (std::size_t i = 0; i < content.size(); ++i) {
         content[i] = static_cast<char>(i * 7 + i / 251);
@@ -56,15 +50,13 @@ TEST(Files, ReadsThroughAndPastTheWindow) {
     EXPECT_EQ(_hread(file, &byte, 1), fileError);
 }
 
-TEST(Files, OpensRegularFilesOnly) {
-    const TempFolder folder;
+TEST_F(Files, OpensRegularFilesOnly) {
     const std::string pipe = folder.path("pipe");
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
     EXPECT_EQ(_lcreat(pipe.c_str()), fileError);
     for (const std::string& path : {pipe, folder.path(""), std::string{"/dev/zero"}}) {
         EXPECT_EQ(_lopen(path.c_str()), fileError) << path;
     }
-    EXPECT_EQ(heldFileCount(), 0);
 }
 
 TEST(NumberText, ReadsAsScanfDoes) {

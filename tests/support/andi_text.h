@@ -43,7 +43,7 @@ inline std::string layOut(const std::string& words) {
 /// The sections of a file in words, a small valid one if nothing is changed: the points 5, 7 and 6.
 /// A variable is 'name', its dimensions, its attributes, type, size, offset. Data stand at 1024.
 struct AndiText {
-    std::string start = "CDF\1";
+    std::string start = "1128547841"; // "CDF" and the version 1
     std::string records = "0";
     std::string dimensions = "10 1 'point_number' 3";
     std::string globals = "0 0";
@@ -51,7 +51,7 @@ struct AndiText {
     std::string data = "5f 7f 6f";
 
     [[nodiscard]] std::string bytes() const {
-        std::string header = start + layOut(records) + layOut(dimensions) + layOut(globals);
+        std::string header = layOut(start) + layOut(records) + layOut(dimensions) + layOut(globals);
         header += layOut(variables);
         header.resize(1024);
         return header + layOut(data);
