@@ -90,19 +90,19 @@ TEST_F(AndiFileTest, AFailedAddLeavesNothing) {
          },
          0, -1, 3},
         {[](auto* f) { return AddAndiScalar(f, "n", AndiType::Char, "v") ? 1 : -9; }, -9, -9, 3}};
-    for (const auto& [add, growthFailed, blockFailed, blocks] : builders) {
-        for (const FaultPoint point : {FaultPoint::Allocate, FaultPoint::Lock}) {
-            for (int nth = 1; nth <= blocks; ++nth) {
-                armFault(point, nth);
-                const std::string title = point == FaultPoint::Lock ? "ReadAndi 4" : "ReadAndi 3";
-                const std::string box =
-                    boxOf([&] { EXPECT_EQ(add(&file), nth == 1 ? growthFailed : blockFailed); });
-                EXPECT_EQ(box, nth == 1 ? title + ": Error allocating memory\n" : "");
-                EXPECT_EQ(file.DimensionCount + list.Count + file.VariableCount, 0);
-                FreeAttributeList(&list);
-                FreeAndiFile(&file);
-                expectNothingHeld();
-            }
+    for (const Builder& each : builders) {
+        for (int nth = 1; nth <= 2 * each.blocks; ++nth) {
+            const bool isLock = nth > each.blocks;
+            const int block = isLock ? nth - each.blocks : nth;
+            armFault(isLock ? FaultPoint::Lock : FaultPoint::Allocate, block);
+            const std::string box = boxOf([&] {
+                EXPECT_EQ(each.add(&file), block == 1 ? each.growthFailed : each.blockFailed);
+            });
+            const std::string growthBox = isLock ? "ReadAndi 4" : "ReadAndi 3";
+            EXPECT_EQ(box, block == 1 ? growthBox + ": Error allocating memory\n" : "");
+            EXPECT_EQ(file.DimensionCount + list.Count + file.VariableCount, 0);
+            FreeAndiFile(&file);
+            expectNothingHeld();
         }
     }
 }

@@ -21,7 +21,7 @@ class AndiReaderTest : public ModuleTest {
     }
 
     /// The elements of a variable as they lie in memory.
-    std::string data(std::int32_t variable) {
+    std::string data(std::int32_t variable) const {
         const AndiVariable& v = file.Variables[variable];
         return {static_cast<const char*>(v.Data),
                 static_cast<std::size_t>(v.ElementCount * elementSize(v.Type))};

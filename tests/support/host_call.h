@@ -42,8 +42,8 @@ inline Answer callAsHost(Export function, const std::string& path) {
     messageBuffer += canary;
     const std::int32_t result = function(pathBuffer.data(), messageBuffer.data());
     return {.result = result,
-            .path = pathBuffer.c_str(),
-            .message = messageBuffer.c_str(),
+            .path = pathBuffer.substr(0, pathBuffer.find('\0')),
+            .message = messageBuffer.substr(0, messageBuffer.find('\0')),
             .areBuffersKept = pathBuffer.substr(pathSize) == canary &&
                               messageBuffer.substr(messageSize) == canary};
 }
