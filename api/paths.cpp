@@ -10,8 +10,12 @@ namespace korlit {
 char* NormalisePath(char* path) {
     char* separator = std::strrchr(path, '/');
     char* lastComponent = separator == nullptr ? path : separator + 1;
-    char* extension = std::strrchr(lastComponent, '.');
-    return extension == nullptr ? std::strcat(path, ".") + std::strlen(path) - 1 : extension;
+    if (char* extension = std::strrchr(lastComponent, '.')) {
+        return extension;
+    }
+    char* end = path + std::strlen(path);
+    std::strcpy(end, ".");
+    return end;
 }
 
 std::span<char> messageBuffer(const char* path, char* message) {
