@@ -16,6 +16,7 @@ struct ArmedFault {
 ArmedFault armed;
 std::int64_t heldBlocks = 0;
 std::int64_t heldFiles = 0;
+std::int64_t heldLibraries = 0;
 
 } // namespace
 
@@ -42,11 +43,17 @@ std::int64_t heldBlockCount() {
 std::int64_t heldFileCount() {
     return heldFiles;
 }
+std::int64_t heldLibraryCount() {
+    return heldLibraries;
+}
 void countHeldBlocks(std::int64_t change) {
     heldBlocks += change;
 }
 void countHeldFiles(std::int64_t change) {
     heldFiles += change;
+}
+void countHeldLibraries(std::int64_t change) {
+    heldLibraries += change;
 }
 
 } // namespace korlit

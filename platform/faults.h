@@ -31,11 +31,14 @@ void disarmFault();
 /// Counts one arrival at `point` and answers what is to happen there.
 FaultKind faultAt(FaultPoint point);
 
-/// Memory blocks and files that are held at this moment; what a call left behind shows here.
+/// Memory blocks, files and libraries that are held at this moment; what a call left behind shows
+/// here.
 std::int64_t heldBlockCount();
 std::int64_t heldFileCount();
+std::int64_t heldLibraryCount();
 void countHeldBlocks(std::int64_t change);
 void countHeldFiles(std::int64_t change);
+void countHeldLibraries(std::int64_t change);
 
 #else
 
@@ -44,6 +47,7 @@ constexpr FaultKind faultAt(FaultPoint /*point*/) {
 }
 constexpr void countHeldBlocks(std::int64_t /*change*/) {}
 constexpr void countHeldFiles(std::int64_t /*change*/) {}
+constexpr void countHeldLibraries(std::int64_t /*change*/) {}
 
 #endif
 

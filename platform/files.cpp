@@ -1,9 +1,9 @@
 #include "platform/files.h"
 
+#include "platform/descriptors.h"
 #include "platform/faults.h"
 
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -24,6 +24,8 @@ struct OpenFile {
     std::int64_t position = 0;
     std::int64_t windowStart = 0;
     std::int64_t windowLength = 0;
+    bool isGathering = false; ///< the window holds bytes that are still to be written
+    bool hasFailed = false;   ///< a write that was reported as done did not reach the file
     std::array<std::byte, windowSize> window;
 };
 
@@ -47,43 +49,14 @@ int newHandle(int descriptor) {
             file.descriptor = descriptor;
             file.position = 0;
             file.windowLength = 0;
+            file.isGathering = false;
+            file.hasFailed = false;
             countHeldFiles(+1);
             return static_cast<int>(slot) + 1;
         }
     }
     close(descriptor);
     return fileError;
-}
-
-int openUninterrupted(const char* path, int flags) {
-    constexpr mode_t newFileMode = 0666;
-    int descriptor = -1;
-    do {
-        // O_NONBLOCK: opening a pipe that nobody serves fails or returns instead of waiting.
-        descriptor = open(path, flags | O_CLOEXEC | O_NONBLOCK, newFileMode);
-    } while (descriptor < 0 && errno == EINTR);
-    return descriptor;
-}
-
-bool isRegularFile(int descriptor) {
-    struct stat status {};
-    return fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
-}
-
-/// Repeats `transfer(done)` until `byteCount` bytes are moved or it moves nothing; answers the
-/// number moved.
-template <typename Transfer>
-std::int64_t transferAll(std::int64_t byteCount, Transfer transfer) {
-    std::int64_t done = 0;
-    while (done < byteCount) {
-        const std::int64_t moved = transfer(done);
-        if (moved > 0) {
-            done += moved;
-        } else if (moved == 0 || errno != EINTR) {
-            break;
-        }
-    }
-    return done;
 }
 
 std::int64_t readAt(int descriptor, std::byte* target, std::int64_t byteCount,
@@ -118,6 +91,35 @@ std::int64_t takeFromWindow(OpenFile& file, std::byte* target, std::int64_t byte
     return taken;
 }
 
+/// Writes out what the window has gathered. A failure is the file's from then on.
+void flushWindow(OpenFile& file) {
+    if (file.isGathering && file.windowLength > 0) {
+        const std::int64_t written =
+            writeAt(file.descriptor, file.window.data(), file.windowLength, file.windowStart);
+        file.hasFailed = file.hasFailed || written != file.windowLength;
+        file.windowLength = 0;
+    }
+}
+
+/// Puts bytes at the position into the window, which may have to go out first to make room.
+void gather(OpenFile& file, const std::byte* source, std::int64_t byteCount) {
+    if (byteCount == 0) {
+        return;
+    }
+    const std::int64_t start = file.position - file.windowStart;
+    const bool isAdjoining = start >= 0 && start <= file.windowLength;
+    if (!isAdjoining || start + byteCount > windowSize) {
+        flushWindow(file);
+    }
+    if (file.windowLength == 0) {
+        file.windowStart = file.position;
+        file.isGathering = true;
+    }
+    const std::int64_t place = file.position - file.windowStart;
+    std::memcpy(file.window.data() + place, source, static_cast<std::size_t>(byteCount));
+    file.windowLength = std::max(file.windowLength, place + byteCount);
+}
+
 /// What is to be moved when `byteCount` bytes are asked for; fileError for nothing at all.
 std::int64_t allowedTransfer(const OpenFile* file, std::int64_t byteCount, FaultPoint point) {
     const FaultKind fault = faultAt(point);
@@ -133,15 +135,8 @@ int _lopen(const char* path) {
     if (faultAt(FaultPoint::Open) != FaultKind::None) {
         return fileError;
     }
-    const int descriptor = openUninterrupted(path, O_RDONLY);
-    if (descriptor < 0) {
-        return fileError;
-    }
-    if (!isRegularFile(descriptor)) {
-        close(descriptor);
-        return fileError;
-    }
-    return newHandle(descriptor);
+    const int descriptor = openRegularFile(path);
+    return descriptor < 0 ? fileError : newHandle(descriptor);
 }
 
 int _lcreat(const char* path) {
@@ -157,8 +152,9 @@ int _lclose(int handle) {
     if (file == nullptr) {
         return fileError;
     }
+    flushWindow(*file);
     // An interrupted close has released the descriptor all the same and must not be repeated.
-    const bool isClosed = close(file->descriptor) == 0 || errno == EINTR;
+    const bool isClosed = (close(file->descriptor) == 0 || errno == EINTR) && !file->hasFailed;
     file->descriptor = -1;
     countHeldFiles(-1);
     return isClosed && faultAt(FaultPoint::Close) == FaultKind::None ? 0 : fileError;
@@ -192,10 +188,16 @@ std::int64_t _hwrite(int handle, const void* source, std::int64_t byteCount) {
     if (wanted < 0) {
         return fileError;
     }
-    const std::int64_t done =
-        writeAt(file->descriptor, static_cast<const std::byte*>(source), wanted, file->position);
+    const auto* bytes = static_cast<const std::byte*>(source);
+    std::int64_t done = wanted;
+    if (wanted < windowSize) {
+        gather(*file, bytes, wanted);
+    } else {
+        flushWindow(*file);
+        done = file->hasFailed ? 0 : writeAt(file->descriptor, bytes, wanted, file->position);
+    }
     file->position += done;
-    return done;
+    return file->hasFailed ? 0 : done;
 }
 
 std::int64_t _llseek(int handle, std::int64_t offset, SeekOrigin origin) {

@@ -1,9 +1,9 @@
 // Files by small integer handles, as the `_lopen` family of calls gives them.
 //
-// Reads go through a window of the file that one system call brings in, so a header of hundreds of
-// 4-byte fields costs a handful of calls; large transfers go past it, straight to their target.
-// A seek is only a change of position and costs nothing. Calls that a signal interrupts are taken
-// up again.
+// Reads go through a window of the file that one system call brings in, and writes gather in one
+// that a system call takes out, so a header of hundreds of 4-byte fields costs a handful of calls;
+// large transfers go past it, straight to their target. A seek is only a change of position and
+// costs nothing. Calls that a signal interrupts are taken up again.
 #pragma once
 
 #include <cstdint>
@@ -22,8 +22,8 @@ int _lopen(const char* path);
 /// Creates a file for writing, or empties it if it exists. fileError if that can't be done.
 int _lcreat(const char* path);
 
-/// Closes a handle. fileError if it wasn't open, or if the system only now reports that bytes
-/// written before did not reach the file.
+/// Closes a handle. fileError if it wasn't open, or if bytes written before did not reach the file,
+/// which may show only now.
 int _lclose(int handle);
 
 /// Moves up to `byteCount` bytes to `target` and the position with them. Answers the number moved,
@@ -31,7 +31,8 @@ int _lclose(int handle);
 /// tried.
 std::int64_t _hread(int handle, void* target, std::int64_t byteCount);
 
-/// Writes `byteCount` bytes at the position and moves it. Answers the number written.
+/// Writes `byteCount` bytes at the position and moves it. Answers the number taken: what is
+/// gathered reaches the file later, and a failure then shows in a later write or in _lclose.
 std::int64_t _hwrite(int handle, const void* source, std::int64_t byteCount);
 
 /// Moves the position and answers it. A place ahead of the file's start is answered with fileError

@@ -1,0 +1,30 @@
+// A file as an object, for reading. It stands on its own, so that it can be handed to a library
+// that was built apart.
+#pragma once
+
+#include <cstdint>
+
+namespace korlit {
+
+class CFile {
+  public:
+    CFile() = default;
+    CFile(const CFile&) = delete;
+    CFile& operator=(const CFile&) = delete;
+    /// Closes the file if it is open.
+    ~CFile();
+
+    /// Opens a regular file for reading; others may use it meanwhile. Answers whether it did.
+    bool Open(const char* path);
+
+    /// Reads up to `byteCount` bytes from where the last read ended. Answers the number read.
+    std::int64_t Read(void* target, std::int64_t byteCount);
+
+    void Close();
+
+  private:
+    int descriptor = -1;
+    std::int64_t position = 0;
+};
+
+} // namespace korlit
