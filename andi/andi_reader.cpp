@@ -1,5 +1,6 @@
 #include "andi/andi_reader.h"
 
+#include "andi/andi_layout.h"
 #include "andi/byte_order.h"
 #include "api/checked_io.h"
 #include "platform/files.h"
@@ -28,8 +29,6 @@ constexpr const char* unknownDimensionText =
     "Andi File %s internal Error: Variable using unknown Dimension";
 constexpr const char* outOfMemoryText = "Out of Memory reading Andi File %s";
 constexpr const char* readFailedText = "Error reading Andi File %s";
-
-enum class ListTag : std::int16_t { Absent = 0, Dimensions = 10, Variables = 11, Attributes = 12 };
 
 /// One load: where it reads from, what it fills, where its failure is told.
 struct Load {

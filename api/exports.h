@@ -41,6 +41,19 @@ extern "C" {
  * that fails later leaves the files that it created. */
 KORLIT_EXPORT int32_t Andi2Merivolta(char* path, char* message);
 
+/* Converts the Merivolta pair of the slice file at `path` and the report beside it, with the
+ * extension .rpt, into an ANDI file with .cdf, which replaces a file of that name. Needs
+ * libostrelix.so, which is found beside this library or by the loader's other rules.
+ *
+ * Returns 1 with the text "Merivolta File converted to <path>." when the file was written, else 0
+ * with the reason in `message`. Failures without a text: a file version that libostrelix.so
+ * refuses, and no memory for the lists of the ANDI file; each is told in one line on standard
+ * error.
+ *
+ * On return `path` ends in ".cdf"; after a failure in the extension that the failing step looked
+ * at: its own, ".sli" or ".rpt". A file that was written in part stays. */
+KORLIT_EXPORT int32_t Merivolta2Andi(char* path, char* message);
+
 /* Not implemented: returns 0 with the text "Feature is not implemented !!!", whatever the path,
  * null included. */
 KORLIT_EXPORT int32_t Andi2Dunvale(char* path, char* message);

@@ -23,4 +23,12 @@ struct StampFields {
 /// Answers 1.
 int ParseAndiStamp(StampFields* fields, const char* text);
 
+/// 19 characters and the terminator.
+constexpr int stampTextSize = 20;
+
+/// Writes the stamp of a local date and time, with the zone's offset at that date, to `text`, which
+/// has room for stampTextSize characters. Answers 1, or 0 with `text` as it was if the date service
+/// has no such date.
+int FormatAndiStamp(const StampFields* fields, char* text);
+
 } // namespace korlit

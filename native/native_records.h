@@ -9,8 +9,10 @@
 // by copy, never through a reference or pointer of its own type.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
 
 namespace korlit {
 
@@ -108,6 +110,12 @@ static_assert(offsetof(PeakRecord, BaselineStopTime) == 54);
 static_assert(offsetof(PeakRecord, ExtAreaPercent) == 62);
 static_assert(offsetof(PeakRecord, PeakAmount) == 78);
 
+/// The text in a field: up to its first NUL, or all of a field that holds none.
+template <std::size_t width>
+std::string_view textOf(const char (&field)[width]) {
+    return {field, static_cast<std::size_t>(std::find(field, field + width, '\0') - field)};
+}
+
 /// FormatVersion of the slice files written here, and where such a file has its samples.
 constexpr std::uint16_t sliceFormatVersion = 0x0600;
 constexpr std::int64_t sliceDataOffset = 2048;
@@ -122,10 +130,19 @@ constexpr std::uint16_t writtenReportFlags =
     reportKindResults | (currentHeaderRevision << headerRevisionShift) | longPeakRecords;
 static_assert(writtenReportFlags == 0x2015);
 
+constexpr std::uint16_t headerRevisionMask = 7U << headerRevisionShift;
+
+/// A PeakRecord of a report whose longPeakRecords is clear: the first 50 bytes of the long form.
+constexpr std::int64_t shortPeakRecordSize = 50;
+static_assert(offsetof(PeakRecord, BaselineStartTime) == shortPeakRecordSize);
+
 /// Bytes of one PeakTable entry.
 constexpr std::int64_t peakTableEntrySize = 2;
 
 /// Most bytes of PeakRecords that a written report holds: 570 peaks.
 constexpr std::int64_t maxWrittenPeakBytes = 65000;
+
+/// Most bytes of PeakRecords, in their long form, that are read: 574 peaks.
+constexpr std::int64_t maxReadPeakBytes = 65500;
 
 } // namespace korlit

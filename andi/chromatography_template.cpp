@@ -1,0 +1,112 @@
+#include "andi/chromatography_template.h"
+
+#include "platform/text.h"
+
+#include <array>
+#include <utility>
+
+namespace korlit {
+
+namespace {
+
+struct NamedLength {
+    const char* name;
+    std::int32_t length;
+};
+
+constexpr std::array<NamedLength, 8> stringDimensions{{
+    {.name = "_2_byte_string", .length = 2},
+    {.name = "_4_byte_string", .length = 4},
+    {.name = "_8_byte_string", .length = 8},
+    {.name = "_16_byte_string", .length = 16},
+    {.name = "_32_byte_string", .length = 32},
+    {.name = "_64_byte_string", .length = 64},
+    {.name = "_128_byte_string", .length = 128},
+    {.name = "_255_byte_string", .length = 255},
+}};
+
+/// The new dimension's index, or -1 if it wasn't added. The builder's own answer can't tell a
+/// failed growth from the first index, and a variable over the wrong dimension is worse than none.
+std::int32_t addDimension(AndiFile* file, const char* name, std::int32_t length) {
+    const std::int32_t index = file->DimensionCount;
+    AddAndiDimension(file, name, length);
+    return file->DimensionCount > index ? index : -1;
+}
+
+void addText(AndiAttributeList* list, const char* name, const char* text) {
+    AddAndiAttribute(list, name, AndiType::Char, textLength, text);
+}
+
+} // namespace
+
+TemplateDimensions AddTemplateDimensions(AndiFile* file, std::int32_t pointCount,
+                                         std::int32_t peakCount) {
+    TemplateDimensions dimensions{};
+    for (const auto& [name, length] : stringDimensions) {
+        const std::int32_t index = addDimension(file, name, length);
+        if (length == 4) {
+            dimensions.fourBytes = index;
+        } else if (length == 32) {
+            dimensions.thirtyTwoBytes = index;
+        }
+    }
+    dimensions.points = addDimension(file, "point_number", pointCount);
+    if (peakCount != 0 && dimensions.points != -1) {
+        dimensions.peaks = addDimension(file, "peak_number", peakCount);
+    }
+    if (dimensions.points != -1 && dimensions.peaks != -1) {
+        dimensions.errors = addDimension(file, "error_number", 1);
+    }
+    return dimensions;
+}
+
+void AddTemplateAttributes(AndiFile* file, const RunTexts& texts, bool hasPeaks) {
+    const std::array<std::pair<const char*, const char*>, 17> attributes{{
+        {"dataset_completeness", hasPeaks ? "C1+C2" : "C1"},
+        {"aia_template_revision", "1.0"},
+        {"netcdf_revision", "2.3"},
+        {"languages", "English only"},
+        {"injection_date_time_stamp", texts.injectionStamp},
+        {"HP_injection_time", texts.injectionTime},
+        {"experiment_title", texts.sampleName},
+        {"operator_name", texts.operatorName},
+        {"separation_experiment_type", texts.separationType},
+        {"source_file_reference", texts.sourceFile},
+        {"sample_name", texts.sampleName},
+        {"sample_id", ""},
+        {"detector_unit", texts.detectorUnit},
+        {"detection_method_name", ""},
+        {"detector_name", " "},
+        {"retention_unit", "min"},
+        {"error_log", "not implemented"},
+    }};
+    for (const auto& [name, text] : attributes) {
+        addText(&file->GlobalAttributes, name, text);
+    }
+}
+
+void AddTemplateScalars(AndiFile* file, const SignalFigures& figures) {
+    constexpr double msPerSecond = 1000.0;
+    constexpr double msPerMinute = 60000.0;
+    const double interval = figures.sampleIntervalMs;
+    const std::array<std::pair<const char*, double>, 5> scalars{{
+        {"detector_maximum_value", figures.maximum * figures.scaleFactor},
+        {"detector_minimum_value", figures.minimum * figures.scaleFactor},
+        {"actual_run_time_length", interval * figures.pointCount / msPerSecond},
+        {"actual_delay_time", 0.0},
+        {"actual_sampling_interval", interval / msPerMinute},
+    }};
+    for (const auto& [name, value] : scalars) {
+        const auto stored = static_cast<float>(value);
+        AddAndiScalar(file, name, AndiType::Float, &stored);
+    }
+}
+
+void AddSignalAttributes(AndiVariable* signal, std::int16_t rack, std::int16_t vial) {
+    std::array<char, 16> position{};
+    formatText(position, "%hd-%hd", rack, vial);
+    addText(&signal->Attributes, "uniform_sampling_flag", "Y");
+    addText(&signal->Attributes, "autosampler_position", position.data());
+}
+
+} // namespace korlit
