@@ -1,9 +1,10 @@
-// Runs the cases of conversions.txt, which says how to read them.
+// Runs the cases of conversions.txt and pairs.txt, which say how to read them.
 #include "tests/support/andi_text.h"
 #include "tests/support/host_call.h"
 #include "tests/support/image.h"
 #include "tests/support/module_test.h"
 
+#include <cstdlib>
 #include <map>
 
 namespace korlit {
@@ -55,61 +56,130 @@ class Conversions : public ModuleTest {
         }
     }
 
-    using Case = std::map<std::string, std::string>; ///< what stands behind each key
-
-    void run(const Case& given, const std::vector<std::string>& contents) {
-        const auto get = [&](const char* key, const std::string& otherwise) {
-            return given.contains(key) ? given.at(key) : otherwise;
-        };
-        AndiText file;
-        file = {get("start", file.start),           get("records", file.records),
-                get("dimensions", file.dimensions), get("globals", file.globals),
-                get("variables", file.variables),   get("data", file.data)};
-        const std::string source = folder.write("run.cdf", file.bytes());
-        folder.write("run.sli", std::string(100, 'x'));
-        folder.write("run.rpt", std::string(100, 'x'));
-        if (given.contains("fault")) {
-            arm(given.at("fault"));
+    /// A line such as "sli size 1856" or "rpt 0 15 00".
+    void change(const std::string& line) const {
+        const std::string path = folder.path("run." + line.substr(0, 3));
+        std::string file = readFile(path);
+        const std::size_t blank = line.find(' ', 4);
+        const std::string place = line.substr(4, blank - 4);
+        const std::string rest = line.substr(blank + 1);
+        if (place == "size") {
+            file.resize(std::stoul(rest));
+        } else {
+            file.replace(std::stoul(place), parseBytes(rest).size(), parseBytes(rest));
         }
+        folder.write("run." + line.substr(0, 3), file);
+    }
+
+    /// What ncdump shows of the ANDI file, with one blank for all white space.
+    std::string dumped() const {
+        const std::string text = folder.path("dump");
+        const std::string command = "ncdump -p 9,17 " + folder.path("run.cdf") + " >" + text;
+        EXPECT_EQ(std::system(command.c_str()), 0);
+        std::ifstream in{text};
+        std::string dump;
+        for (std::string word; in >> word;) {
+            dump += word + " ";
+        }
+        return dump;
+    }
+
+    struct Case {
+        std::map<std::string, std::string> words; ///< what stands behind each key
+        std::vector<std::string> changes, contents, dumps;
+
+        std::string get(const char* key, const std::string& otherwise) const {
+            return words.contains(key) ? words.at(key) : otherwise;
+        }
+    };
+
+    static std::vector<Case> readCases(const std::string& table) {
+        std::ifstream in{table};
+        std::vector<Case> cases;
+        for (std::string line; std::getline(in, line);) {
+            const std::string key = line.substr(0, line.find(' '));
+            if (key == "==") {
+                cases.emplace_back();
+            }
+            if (key == "in") {
+                cases.back().changes.push_back(line.substr(3));
+            } else if (key == "dumps") {
+                cases.back().dumps.push_back(line.substr(6));
+            } else if (key == "sli" || key == "rpt" || key == "cdf") {
+                cases.back().contents.push_back(line);
+            } else if (!key.empty() && key.front() != '#') {
+                cases.back().words[key] = line.substr(key.size() + 1);
+            }
+        }
+        return cases;
+    }
+
+    /// Calls the export on the prepared file and holds the outcome against the case.
+    void run(const Case& each, Export function, const std::string& from, const std::string& to,
+             const std::string& success) {
+        arm(each.get("fault", "open 0"));
         Answer answer;
-        const std::string box = boxOf([&] { answer = callAsHost(Andi2Merivolta, source); });
+        const std::string box =
+            boxOf([&] { answer = callAsHost(function, folder.path("run." + from)); });
         disarmFault();
-        const bool fails = given.contains("fails") || given.contains("box");
-        const std::string otherwise = fails ? untouchedMessage : "Wrote Merivolta file {sli}";
-        EXPECT_EQ(answer, (Answer{fails ? 0 : 1, folder.path("run." + get("path", "sli")),
-                                  filled(get("fails", otherwise)), true}));
-        EXPECT_EQ(box, given.contains("box") ? given.at("box") + "\n" : "");
-        for (const std::string& line : contents) {
+        const bool fails = each.words.contains("fails") || each.words.contains("box");
+        const std::string message = each.get("fails", fails ? untouchedMessage : success);
+        EXPECT_EQ(answer, (Answer{fails ? 0 : 1, folder.path("run." + each.get("path", to)),
+                                  filled(message), true}));
+        EXPECT_EQ(box, each.words.contains("box") ? filled(each.get("box", "")) + "\n" : "");
+        for (const std::string& line : each.contents) {
             expectContent(line);
         }
-        if (given.contains("path") && given.at("path") == "cdf") {
-            expectNothingHeld(); // a failed load
+        EXPECT_EQ(heldFileCount(), 0);
+        EXPECT_EQ(heldLibraryCount(), 0);
+        if (fails && (from == "sli" || each.get("path", to) == from)) {
+            expectNothingHeld(); // only a load whose target failed may stay
         }
-        // A good conversion right behind goes through and leaves nothing.
+        // Good conversions right behind go through and leave nothing.
+        folder.write("good.sli", readImage(LISTINGS "two_peaks.sli.txt"));
+        folder.write("good.rpt", readImage(LISTINGS "two_peaks.rpt.txt"));
+        EXPECT_EQ(callAsHost(Merivolta2Andi, folder.path("good.sli")).result, 1);
         const std::string good = folder.write("good.cdf", AndiText{}.bytes());
         EXPECT_EQ(callAsHost(Andi2Merivolta, good).result, 1);
         expectNothingHeld();
     }
 };
 
-TEST_F(Conversions, ComeOutAsTheTableSays) {
-    std::ifstream in{LISTINGS "conversions.txt"};
-    std::vector<std::pair<Case, std::vector<std::string>>> cases;
-    for (std::string line; std::getline(in, line);) {
-        const std::string key = line.substr(0, line.find(' '));
-        if (key == "==") {
-            cases.emplace_back();
-        }
-        if (key == "sli" || key == "rpt") {
-            cases.back().second.push_back(line);
-        } else if (!key.empty() && key.front() != '#') {
-            cases.back().first[key] = line.substr(key.size() + 1);
-        }
-    }
+TEST_F(Conversions, OfAndiFilesComeOutAsTheTableSays) {
+    const std::vector<Case> cases = readCases(LISTINGS "conversions.txt");
     EXPECT_GT(cases.size(), 80U);
-    for (const auto& [given, contents] : cases) {
-        SCOPED_TRACE(given.at("=="));
-        run(given, contents);
+    for (const Case& each : cases) {
+        SCOPED_TRACE(each.get("==", ""));
+        AndiText file;
+        file = {each.get("start", file.start),           each.get("records", file.records),
+                each.get("dimensions", file.dimensions), each.get("globals", file.globals),
+                each.get("variables", file.variables),   each.get("data", file.data)};
+        folder.write("run.cdf", file.bytes());
+        folder.write("run.sli", std::string(100, 'x'));
+        folder.write("run.rpt", std::string(100, 'x'));
+        run(each, Andi2Merivolta, "cdf", "sli", "Wrote Merivolta file {sli}");
+    }
+}
+
+TEST_F(Conversions, OfPairsComeOutAsTheTableSays) {
+    setenv("TZ", "CET-1CEST,M3.5.0,M10.5.0/3", 1);
+    const std::vector<Case> cases = readCases(LISTINGS "pairs.txt");
+    EXPECT_GT(cases.size(), 35U);
+    for (const Case& each : cases) {
+        SCOPED_TRACE(each.get("==", ""));
+        folder.write("run.cdf", std::string(100, 'x'));
+        folder.write("run.sli", readImage(LISTINGS "two_peaks.sli.txt"));
+        folder.write("run.rpt", readImage(LISTINGS "two_peaks.rpt.txt"));
+        for (const std::string& line : each.changes) {
+            change(line);
+        }
+        std::filesystem::remove(folder.path("run." + each.get("without", "none")));
+        run(each, Merivolta2Andi, "sli", "cdf", "Merivolta File converted to {cdf}.");
+        const bool succeeds = !each.words.contains("fails") && !each.words.contains("box");
+        const std::string dump = succeeds ? dumped() : "";
+        for (const std::string& line : each.dumps) {
+            EXPECT_NE(dump.find(line + " "), std::string::npos) << line << "\n" << dump;
+        }
     }
 }
 

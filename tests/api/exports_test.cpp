@@ -10,6 +10,7 @@
 
 #include <array>
 #include <clocale>
+#include <cstring>
 #include <filesystem>
 
 namespace korlit {
@@ -20,10 +21,15 @@ namespace fs = std::filesystem;
 
 class ExportsTest : public testing::Test {
   protected:
-    ~ExportsTest() override { dlclose(library); }
+    ~ExportsTest() override {
+        // The next call lets go of what a success may keep.
+        callAsHost(andi2Merivolta, folder.path("missing"));
+        dlclose(library);
+    }
 
     void* library = dlopen(BUILT_LIBRARY, RTLD_NOW | RTLD_LOCAL);
     Export andi2Merivolta = reinterpret_cast<Export>(dlsym(library, "Andi2Merivolta"));
+    Export merivolta2Andi = reinterpret_cast<Export>(dlsym(library, "Merivolta2Andi"));
     Export andi2Dunvale = reinterpret_cast<Export>(dlsym(library, "Andi2Dunvale"));
     TempFolder folder;
     std::string source = folder.write("run.cdf", readFile(TEST_DATA "two_peaks.cdf"));
@@ -42,6 +48,61 @@ TEST_F(ExportsTest, WritesThePairToTheByte) {
     std::setlocale(LC_ALL, "C");
     EXPECT_EQ(readFile(slice), readImage(LISTINGS "two_peaks.sli.txt"));
     EXPECT_EQ(readFile(report), readImage(LISTINGS "two_peaks.rpt.txt"));
+}
+
+TEST_F(ExportsTest, WritesTheAndiFileToTheByte) {
+    setenv("TZ", "CET-1CEST,M3.5.0,M10.5.0/3", 1);
+    folder.write("run.sli", readImage(LISTINGS "two_peaks.sli.txt"));
+    folder.write("run.rpt", readImage(LISTINGS "two_peaks.rpt.txt"));
+    fs::current_path(folder.path(""));
+    EXPECT_EQ(callAsHost(merivolta2Andi, "run.sli"),
+              (Answer{1, "run.cdf", "Merivolta File converted to run.cdf.", true}));
+    EXPECT_EQ(readFile(source), readFile(TEST_DATA "two_peaks_back.cdf"));
+    // The report beside a slice file of another name and extension.
+    fs::rename("run.sli", "other.raw");
+    fs::rename("run.rpt", "other.rpt");
+    EXPECT_EQ(callAsHost(merivolta2Andi, "other.raw").path, "other.cdf");
+}
+
+/// One float of each peak of a report, as an ANDI file holds them.
+std::string column(const std::string& report, std::size_t offset, float divisor = 1) {
+    std::string bytes;
+    const std::size_t count = (report.size() - 352) / 116;
+    for (std::size_t i = 0; i < count; ++i) {
+        float value = 0;
+        std::memcpy(&value, &report[352 + 2 * count + 114 * i + offset], sizeof value);
+        bytes += big(value / divisor);
+    }
+    return bytes;
+}
+
+TEST_F(ExportsTest, ARoundTripKeepsTheSignalToTheBit) {
+    for (const char* file : {SAMPLES "hplc_run.cdf", FOREIGN_ANDI_FILE}) {
+        const std::string original = readFile(file);
+        if (original.empty()) {
+            continue; // not on this machine
+        }
+        folder.write("run.cdf", original);
+        ASSERT_EQ(callAsHost(andi2Merivolta, source).result, 1);
+        ASSERT_EQ(callAsHost(merivolta2Andi, slice).result, 1);
+        const std::string back = readFile(source);
+        const std::string pair = readFile(report);
+        std::string samples = readFile(slice).substr(2048);
+        for (std::size_t i = 0; i < samples.size(); i += 4) {
+            std::reverse(samples.data() + i, samples.data() + i + 4);
+        }
+        const auto holds = [](const std::string& all, const std::string& part) {
+            return part.size() > 20 && all.find(part) != std::string::npos;
+        };
+        EXPECT_TRUE(holds(original, samples) && holds(back, samples)) << file;
+        // Heights and shares stay, times are minutes now, areas are divided by 60; names have 14
+        // characters, and what a pair has no place for is gone.
+        for (const std::size_t offset : {12U, 62U}) {
+            EXPECT_TRUE(holds(original, column(pair, offset)) && holds(back, column(pair, offset)));
+        }
+        EXPECT_TRUE(holds(back, column(pair, 4)) && holds(back, column(pair, 50)));
+        EXPECT_TRUE(holds(original, column(pair, 8)) && holds(back, column(pair, 8, 60)));
+    }
 }
 
 TEST_F(ExportsTest, NamesTheFilesByTheLastDot) {
@@ -76,6 +137,12 @@ TEST_F(ExportsTest, TellsWhatTheFileSystemRefuses) {
         fs::remove(target);
     }
     EXPECT_EQ(callAsHost(andi2Merivolta, source).result, 1);
+    const std::string notWritten = "Error writing Andi File " + source;
+    for (const bool isFolder : {true, false}) {
+        fs::remove(source);
+        isFolder ? fs::create_directory(source), void() : fs::create_symlink("/dev/full", source);
+        EXPECT_EQ(callAsHost(merivolta2Andi, slice), (Answer{0, source, notWritten, true}));
+    }
 }
 
 TEST_F(ExportsTest, KeepsToTheHostsBuffersAtAnyPathLength) {
@@ -109,6 +176,7 @@ TEST_F(ExportsTest, AnswersNullWithZero) {
     EXPECT_EQ(andi2Merivolta(nullptr, buffer.data()), 0);
     EXPECT_EQ(andi2Merivolta(buffer.data(), nullptr), 0);
     EXPECT_STREQ(buffer.data(), "run.cdf");
+    EXPECT_EQ(merivolta2Andi(nullptr, buffer.data()) + merivolta2Andi(buffer.data(), nullptr), 0);
     EXPECT_EQ(andi2Dunvale(nullptr, nullptr), 0);
     EXPECT_EQ(andi2Dunvale(nullptr, buffer.data()), 0);
     EXPECT_EQ(buffer.data(), notImplemented);

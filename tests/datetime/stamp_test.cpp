@@ -1,13 +1,22 @@
 #include "datetime/stamp.h"
 
-#include <gtest/gtest.h>
+#include "api/shared_state.h"
+#include "datetime/injection_time.h"
+#include "datetime/native_date.h"
+#include "tests/support/module_test.h"
 
 #include <cstring>
 
 namespace korlit {
 namespace {
 
-TEST(ParseAndiStamp, ReadsFieldsByPosition) {
+using Dates = test::ModuleTest;
+
+bool isSame(const StampFields& a, const StampFields& b) {
+    return std::memcmp(&a, &b, sizeof a) == 0;
+}
+
+TEST_F(Dates, AStampIsReadByPosition) {
     const std::pair<const char*, StampFields> cases[]{
         {"20051012083437+0200", {2005, 10, 0, 12, 8, 34, 37, 0}},
         {"2005-10-12 08:34:37", {2005, 10, 0, 12, 8, 34, 37, 0}},
@@ -21,7 +30,103 @@ TEST(ParseAndiStamp, ReadsFieldsByPosition) {
     for (const auto& [text, expected] : cases) {
         StampFields fields{};
         EXPECT_EQ(ParseAndiStamp(&fields, text), 1);
-        EXPECT_EQ(std::memcmp(&fields, &expected, sizeof fields), 0) << text;
+        EXPECT_TRUE(isSame(fields, expected)) << text;
+    }
+}
+
+TEST_F(Dates, AStampHasTheOffsetOfItsZoneAndDate) {
+    const char* const berlin = "CET-1CEST,M3.5.0,M10.5.0/3";
+    const char* const newYork = "EST5EDT,M3.2.0,M11.1.0";
+    struct Case {
+        const char* zone;
+        StampFields fields;
+        const char* stamp;
+    };
+    // Behind the first ones: days apart ahead of and behind GMT, months, years, half hours; a zone
+    // less than an hour behind, whose clocks can't be told from one ahead; no such dates.
+    const Case cases[]{{"UTC", {2005, 10, 0, 12, 8, 34, 37, 0}, "20051012083437+0000"},
+                       {berlin, {2005, 10, 0, 12, 8, 34, 37, 0}, "20051012083437+0200"},
+                       {berlin, {2005, 12, 0, 12, 8, 34, 37, 0}, "20051212083437+0100"},
+                       {berlin, {2005, 10, 0, 2, 1, 15, 0, 0}, "20051002011500+0200"},
+                       {berlin, {2005, 11, 0, 1, 0, 30, 0, 0}, "20051101003000+0100"},
+                       {berlin, {2005, 1, 0, 1, 0, 30, 0, 0}, "20050101003000+0100"},
+                       {newYork, {2005, 6, 0, 30, 22, 0, 0, 0}, "20050630220000-0400"},
+                       {newYork, {2005, 12, 0, 31, 19, 0, 0, 0}, "20051231190000-0500"},
+                       {newYork, {2005, 12, 0, 31, 18, 59, 59, 0}, "20051231185959-0500"},
+                       {"IST-5:30", {2005, 10, 0, 12, 12, 10, 0, 0}, "20051012121000+0530"},
+                       {"IST-5:30", {2005, 10, 0, 12, 3, 10, 0, 0}, "20051012031000+0530"},
+                       {"NST3:30", {2005, 10, 0, 12, 12, 0, 0, 0}, "20051012120000-0330"},
+                       {"NST3:30", {2005, 10, 0, 12, 12, 40, 0, 0}, "20051012124000-0330"},
+                       {"NST3:30", {2005, 10, 0, 12, 22, 40, 0, 0}, "20051012224000-0330"},
+                       {"XXX-14", {2005, 1, 0, 1, 2, 0, 0, 0}, "20050101020000+1400"},
+                       {"XXX0:30", {2005, 10, 0, 12, 23, 45, 0, 0}, "20051012234500-0030"},
+                       {"UTC", {1900, 1, 0, 1, 0, 0, 0, 0}, "19000101000000+0000"},
+                       {"UTC", {1969, 12, 0, 31, 23, 59, 59, 0}, "19691231235959+0000"},
+                       {"UTC", {9999, 12, 0, 31, 23, 59, 59, 0}, "99991231235959+0000"},
+                       {"UTC", {2004, 2, 0, 29, 12, 60, 0, 0}, "20040229126000+0000"},
+                       {"UTC", {2005, 2, 0, 29, 0, 0, 0, 0}, "-"},
+                       {"UTC", {1900, 2, 0, 29, 0, 0, 0, 0}, "-"},
+                       {"UTC", {0, 0, 0, 0, 0, 0, 0, 0}, "-"},
+                       {"UTC", {5, 10, 0, 12, 0, 0, 0, 0}, "-"},
+                       {"UTC", {2005, 13, 0, 1, 0, 0, 0, 0}, "-"},
+                       {"UTC", {2005, 1, 0, 1, 24, 0, 0, 0}, "-"}};
+    for (const auto& [zone, fields, stamp] : cases) {
+        setenv("TZ", zone, 1);
+        char text[stampTextSize]{"-"};
+        EXPECT_EQ(FormatAndiStamp(&fields, text), std::strcmp(stamp, "-") == 0 ? 0 : 1);
+        EXPECT_STREQ(text, stamp) << zone;
+    }
+}
+
+TEST_F(Dates, ANativeDateFollowsTheSystemsOrder) {
+    struct Case {
+        const char *pattern, *date, *time;
+        StampFields fields;
+    };
+    const StampFields october{2005, 10, 0, 12, 8, 34, 0, 0};
+    const StampFields december{2005, 12, 0, 10, 8, 34, 0, 0};
+    const Case cases[]{{"dd.MM.yyyy", "12.10.2005", "08:34", october},
+                       {"M/d/yy", "12.10.2005", "08:34", december},
+                       {"M/d/yy", "31.12.2005", "08:34", {2005, 12, 0, 31, 8, 34, 0, 0}},
+                       {"M/d/yy", "13.12.2005", "08:34", {2005, 12, 0, 13, 8, 34, 0, 0}},
+                       {"dd.MM.yy", "32.10.05", "08:34", {32, 10, 0, 5, 8, 34, 0, 0}},
+                       {"yyyy-MM-dd", "12.10.2005", "08:34", october},
+                       {"yyyy-MM-dd", "2005.10.12", "08:34", october},
+                       {"M/d/yy", "2005.10.12", "08:34", october},
+                       {"", "12.10.2005", "08:34", october},
+                       {"y", "12.10.2005", "08:34", {2005, 10, 0, 0, 8, 34, 0, 0}},
+                       {"dd.MM.yyyy", "12/10/2005", "08:34", {}},
+                       {"dd.MM.yyyy", "12/10.2005", "08:34", october},
+                       {"dd.MM.yyyy", "12.10.05", "08:34", {5, 10, 0, 12, 8, 34, 0, 0}},
+                       {"dd.MM.yyyy", "12.", "08:34", {}},
+                       {"dd.MM.yyyy", "", "08:34", {}},
+                       {"dd.MM.yyyy", "12.10.20055", "08:345", {20055, 10, 0, 12, 8, 345, 0, 0}},
+                       {"dd.MM.yyyy", "12.10.2005", "0834", {2005, 10, 0, 12, 0, 0, 0, 0}}};
+    for (const auto& [pattern, date, time, expected] : cases) {
+        const std::string profile = std::string{"[intl]\nsShortDate="} + pattern + "\n";
+        setenv("KORLIT_PROFILE", folder.write("win.ini", profile).c_str(), 1);
+        // A field may be full to its last byte.
+        TheSliHeader = {};
+        std::string_view{date}.copy(TheSliHeader.DateText, sizeof TheSliHeader.DateText);
+        std::string_view{time}.copy(TheSliHeader.TimeText, sizeof TheSliHeader.TimeText);
+        StampFields fields{};
+        ParseNativeDate(&fields);
+        EXPECT_TRUE(isSame(fields, expected)) << pattern << " " << date << " " << time;
+    }
+    unsetenv("KORLIT_PROFILE");
+}
+
+TEST_F(Dates, TheInjectionTimeIsOnTheTwelveHourDial) {
+    const std::pair<StampFields, const char*> cases[]{
+        {{2005, 10, 0, 5, 8, 34, 0, 0}, "5 Oct 2005  08:34 AM"},
+        {{2005, 1, 0, 12, 0, 15, 0, 0}, "12 Jan 2005  00:15 AM"},
+        {{2005, 12, 0, 12, 12, 30, 0, 0}, "12 Dec 2005  12:30 AM"},
+        {{2005, 10, 0, 12, 13, 5, 0, 0}, "12 Oct 2005  01:05 PM"},
+        {{2005, 10, 0, 12, 23, 59, 0, 0}, "12 Oct 2005  11:59 PM"},
+        {{2005, 13, 0, 12, 1, 0, 0, 0}, "12  2005  01:00 AM"},
+        {{0, 0, 0, 0, 0, 0, 0, 0}, "0  0  00:00 AM"}};
+    for (const auto& [fields, text] : cases) {
+        EXPECT_STREQ(InjectionTime(fields).data(), text);
     }
 }
 

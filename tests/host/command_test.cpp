@@ -26,8 +26,12 @@ TEST(Command, PrintsALineForEachFile) {
     const std::string huge = folder.write("huge.cdf", AndiText{.dimensions = "10 -1"}.bytes());
     const std::string goodLine = good + ": Wrote Merivolta file " + folder.path("good.sli") + "\n";
     const std::string badLine = bad + ": File " + bad + " is not a supported Andi file\n";
-    const std::string hugeLine = huge + ": Not converted: out of memory\n";
+    const std::string hugeLine =
+        huge + ": Not converted; what reason there is stands on standard error\n";
     EXPECT_EQ(run(folder, "convert " + good), goodLine + "0");
+    const std::string slice = folder.path("good.sli");
+    EXPECT_EQ(run(folder, "convert " + slice),
+              slice + ": Merivolta File converted to " + good + ".\n0");
     EXPECT_EQ(run(folder, "convert " + bad + " " + good), badLine + goodLine + "1");
     EXPECT_EQ(run(folder, "convert " + good + " " + huge), goodLine + hugeLine + "1");
 }

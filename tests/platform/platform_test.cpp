@@ -1,5 +1,6 @@
 #include "platform/files.h"
 #include "platform/global_memory.h"
+#include "platform/profile.h"
 #include "platform/text.h"
 #include "tests/support/module_test.h"
 
@@ -50,6 +51,36 @@ TEST_F(Files, ReadsThroughAndPastTheWindow) {
     EXPECT_EQ(_hread(file, &byte, 1), fileError);
 }
 
+TEST_F(Files, WritesThroughAndPastTheWindow) {
+    const std::string path = folder.path("x");
+    const int file = _lcreat(path.c_str());
+    std::string expected;
+    // place and size: adjoining, patched in the window, past it, patched on disk, behind a gap,
+    // the window full to the byte and one byte more, ahead of the window, a gap
+    // within one
+    const std::pair<std::size_t, std::size_t> writes[]{
+        {0, 4},         {4, 60000},   {2, 4},       {60004, 5532},   {65536, 1},
+        {65537, 70000}, {1, 8},       {200000, 4},  {200004, 65532}, {265536, 65535},
+        {331071, 1},    {199990, 20}, {400000, 10}, {400100, 10}};
+    char fill = 'a';
+    for (const auto& [place, size] : writes) {
+        const std::string bytes(size, fill++);
+        expected.resize(std::max(expected.size(), place + size));
+        expected.replace(place, size, bytes);
+        _llseek(file, static_cast<std::int64_t>(place), SeekOrigin::Start);
+        EXPECT_EQ(_hwrite(file, bytes.data(), std::ssize(bytes)), std::ssize(bytes));
+    }
+    EXPECT_EQ(_lclose(file), 0);
+    EXPECT_EQ(test::readFile(path), expected);
+
+    // A lost byte shows in the write that makes room for the next, and on closing.
+    const int full = _lcreat("/dev/full");
+    EXPECT_EQ(_hwrite(full, expected.data(), 65535), 65535);
+    EXPECT_EQ(_hwrite(full, "x", 1), 1);
+    EXPECT_EQ(_hwrite(full, "x", 1), 0);
+    EXPECT_EQ(_lclose(full), fileError);
+}
+
 TEST_F(Files, OpensRegularFilesOnly) {
     const std::string pipe = folder.path("pipe");
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
@@ -57,6 +88,27 @@ TEST_F(Files, OpensRegularFilesOnly) {
     for (const std::string& path : {pipe, folder.path(""), std::string{"/dev/zero"}}) {
         EXPECT_EQ(_lopen(path.c_str()), fileError) << path;
     }
+}
+
+TEST_F(Files, ProfileValuesAreFoundWithoutRegardToCase) {
+    const std::string ini =
+        folder.write("p.ini", "sShortDate=no section\n[Other]\nsShortDate=no\n"
+                              "[ INTL ]\r\n x = 1\r\nSSHORTDATE = \"M/d/yy\" \r\n"
+                              "sShortDate=second\nlong=12345678901234567890");
+    const auto value = [](const char* section, const char* key) {
+        char text[8]{};
+        GetProfileStringA(section, key, "other", text);
+        return std::string{text};
+    };
+    setenv("KORLIT_PROFILE", ini.c_str(), 1);
+    EXPECT_EQ(value("intl", "sShortDate"), "M/d/yy");
+    EXPECT_EQ(value("intl", "Long"), "1234567") << "cut at the end of the target";
+    EXPECT_EQ(value("intl", "missing"), "other");
+    EXPECT_EQ(value("missing", "x"), "other");
+    setenv("KORLIT_PROFILE", folder.path("missing").c_str(), 1);
+    EXPECT_EQ(value("intl", "sShortDate"), "other");
+    unsetenv("KORLIT_PROFILE");
+    EXPECT_EQ(value("intl", "sShortDate"), "other");
 }
 
 TEST(NumberText, ReadsAsScanfDoes) {

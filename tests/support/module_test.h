@@ -17,6 +17,7 @@ class ModuleTest : public testing::Test {
         disarmFault();
         EXPECT_EQ(heldBlockCount(), 0);
         EXPECT_EQ(heldFileCount(), 0);
+        EXPECT_EQ(heldLibraryCount(), 0);
     }
 
     /// What `call` writes to standard error, where the message boxes show.

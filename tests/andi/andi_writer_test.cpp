@@ -1,0 +1,73 @@
+#include "andi/andi_writer.h"
+
+#include "tests/support/andi_text.h"
+#include "tests/support/module_test.h"
+
+namespace korlit {
+namespace {
+
+using namespace test;
+
+class AndiWriterTest : public ModuleTest {
+  protected:
+    void TearDown() override { FreeAndiFile(&file); }
+
+    /// What the file on disk holds behind a write that must succeed.
+    std::string written() {
+        char message[400]{};
+        EXPECT_EQ(WriteAndiFile(folder.path("x.cdf").c_str(), &file, message), 1) << message;
+        return readFile(folder.path("x.cdf"));
+    }
+
+    AndiFile file{};
+};
+
+TEST_F(AndiWriterTest, AnEmptyFileIsThreeAbsentLists) {
+    EXPECT_EQ(written(), layOut("1128547841 0 0 0 0 0 0 0"));
+    AddAndiDimension(&file, "a name to lose", 1);
+    releaseBlock(file.Dimensions[0].NameHandle, file.Dimensions[0].Name);
+    EXPECT_EQ(written(), layOut("1128547841 0 10 1 0 1 0 0 0 0")) << "no name counts as empty";
+}
+
+TEST_F(AndiWriterTest, ASignalAloneTakes112Bytes) {
+    AddAndiDimension(&file, "point_number", 3);
+    AndiVariable* signal = AddAndiVector(&file, "ordinate_values", AndiType::Float, 0);
+    const float points[]{5, 7, 6};
+    std::memcpy(signal->Data, points, sizeof points);
+    const std::string bytes = written();
+    EXPECT_EQ(bytes.size(), 112U);
+    EXPECT_EQ(bytes, layOut("1128547841 0 10 1 'point_number' 3 0 0 11 1 'ordinate_values' 1 0 0 0 "
+                            "5 12 100 5f 7f 6f"));
+}
+
+TEST_F(AndiWriterTest, EveryTypeIsPaddedAndReversed) {
+    const std::int16_t shorts[]{1, 2, 3};
+    const double number = -2.0;
+    const float scalar = 1.5F;
+    AddAndiDimension(&file, "none", 0);
+    AddAndiAttribute(&file.GlobalAttributes, "text", AndiType::Char, textLength, "2.3");
+    AddAndiAttribute(&file.GlobalAttributes, "shorts", AndiType::Short, 3, shorts);
+    AddAndiAttribute(&file.GlobalAttributes, "double", AndiType::Double, 1, &number);
+    AddAndiScalar(&file, "scalar", AndiType::Float, &scalar);
+    AddAndiVector(&file, "none", AndiType::Float, 0);
+    AndiVariable* records = AddAndiScalar(&file, "records", AndiType::Short, shorts);
+    AddAndiAttribute(&records->Attributes, "a", AndiType::Byte, 1, "b");
+    // -2 as a double is C0 and seven zeros; 65538 is the shorts 1 and 2, 196608 the short 3.
+    const std::string header = "1128547841 0 10 1 'none' 0 12 3 'text' 2 4 \"2.3\" "
+                               "'shorts' 3 3 65538 196608 'double' 6 1 -1073741824 0 "
+                               "11 3 'scalar' 0 0 0 5 4 248 'none' 1 0 0 0 5 0 252 "
+                               "'records' 0 12 1 'a' 1 1 \"b\" 3 4 252 1.5f 65536";
+    EXPECT_EQ(written(), layOut(header));
+}
+
+TEST_F(AndiWriterTest, AFailureReleasesAndNamesTheFile) {
+    char message[400]{};
+    AddAndiDimension(&file, "point_number", 3);
+    EXPECT_EQ(WriteAndiFile("/missing/x.cdf", &file, message), 0);
+    EXPECT_STREQ(message, "Error writing Andi File /missing/x.cdf");
+    EXPECT_EQ(file.DimensionCount, 0);
+    expectNothingHeld();
+}
+
+} // namespace
+} // namespace korlit
