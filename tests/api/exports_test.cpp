@@ -86,6 +86,7 @@ TEST_F(ExportsTest, ARoundTripKeepsTheSignalToTheBit) {
         ASSERT_EQ(callAsHost(andi2Merivolta, source).result, 1);
         ASSERT_EQ(callAsHost(merivolta2Andi, slice).result, 1);
         const std::string back = readFile(source);
+        EXPECT_NE(folder.dump("run.cdf", "-h"), "");
         const std::string pair = readFile(report);
         std::string samples = readFile(slice).substr(2048);
         for (std::size_t i = 0; i < samples.size(); i += 4) {

@@ -37,6 +37,12 @@ class TempFolder {
         return (path_ / name).string();
     }
 
+    /// What ncdump prints of an ANDI file in the folder, with the switches given; "" if it refuses.
+    [[nodiscard]] std::string dump(const std::string& name, const std::string& switches) const {
+        const std::string command = "ncdump " + switches + " " + path(name) + " >" + path("dump");
+        return std::system(command.c_str()) == 0 ? readFile(path("dump")) : "";
+    }
+
     std::string write(const std::string& name, const std::string& bytes) const {
         std::ofstream{path(name), std::ios::binary} << bytes;
         return path(name);
