@@ -121,8 +121,9 @@ class Conversions : public ModuleTest {
         disarmFault();
         const bool fails = each.words.contains("fails") || each.words.contains("box");
         const std::string message = each.get("fails", fails ? untouchedMessage : success);
-        EXPECT_EQ(answer, (Answer{fails ? 0 : 1, folder.path("run." + each.get("path", to)),
-                                  filled(message), true}));
+        const std::string extension = each.get("path", to);
+        const std::string returned = folder.path(extension == "none" ? "run" : "run." + extension);
+        EXPECT_EQ(answer, (Answer{fails ? 0 : 1, returned, filled(message), true}));
         EXPECT_EQ(box, each.words.contains("box") ? filled(each.get("box", "")) + "\n" : "");
         for (const std::string& line : each.contents) {
             expectContent(line);
