@@ -116,6 +116,10 @@ std::string_view textOf(const char (&field)[width]) {
     return {field, static_cast<std::size_t>(std::find(field, field + width, '\0') - field)};
 }
 
+/// What the base name of a data set ends in.
+constexpr const char* sliceExtension = ".sli";
+constexpr const char* reportExtension = ".rpt";
+
 /// FormatVersion of the slice files written here, and where such a file has its samples.
 constexpr std::uint16_t sliceFormatVersion = 0x0600;
 constexpr std::int64_t sliceDataOffset = 2048;

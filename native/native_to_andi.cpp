@@ -35,7 +35,7 @@ void addAttributes(AndiFile* file, const char* path) {
     const std::string sampleName{textOf(TheSliHeader.SampleName)};
     const std::string operatorName{textOf(TheSliHeader.OperatorName)};
     const std::string detectorUnit{textOf(TheSliHeader.DetectorUnit)};
-    const std::string sourceFile = std::string{path} + ".sli";
+    const std::string sourceFile = std::string{path} + sliceExtension;
     AddTemplateAttributes(file,
                           {.injectionStamp = stamp.data(),
                            .injectionTime = time.data(),

@@ -26,9 +26,6 @@ constexpr const char* tooManyPeaksText = "Too many Results in File %s";
 constexpr const char* noMemoryForPeaksText = "Out of Memory reading File %s";
 constexpr const char* readFailedText = "Error reading Merivolta file %s";
 
-constexpr const char* sliceExtension = ".sli";
-constexpr const char* reportExtension = ".rpt";
-
 /// What one conversion holds. Whatever it still holds at its end is released.
 struct Reading {
     char* path;

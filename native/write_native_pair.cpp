@@ -20,9 +20,6 @@ constexpr const char* reportNotCreatedText = "Error writing Merivolta Report Fil
 constexpr const char* writeFailedText = "Error writing Merivolta file %s";
 constexpr const char* writtenText = "Wrote Merivolta file %s";
 
-constexpr const char* sliceExtension = ".sli";
-constexpr const char* reportExtension = ".rpt";
-
 /// Stretches to which nothing gives a meaning are written out as zeros, so that a file is as long
 /// as its layout says even if nothing follows.
 void writeZeros(int file, std::int64_t byteCount) {
