@@ -25,13 +25,18 @@ bool CFile::Open(const char* path) {
 }
 
 std::int64_t CFile::Read(void* target, std::int64_t byteCount) {
+    const FaultKind fault = faultAt(FaultPoint::Read);
+    bool hasFailed = fault == FaultKind::Fail;
+    const std::int64_t wanted = fault == FaultKind::CutShort ? byteCount / 2 : byteCount;
     auto* bytes = static_cast<char*>(target);
-    const std::int64_t moved = transferAll(byteCount, [&](std::int64_t done) {
-        return pread(descriptor, bytes + done, static_cast<std::size_t>(byteCount - done),
-                     position + done);
+    const std::int64_t moved = transferAll(hasFailed ? 0 : wanted, [&](std::int64_t done) {
+        const ssize_t count = pread(descriptor, bytes + done,
+                                    static_cast<std::size_t>(wanted - done), position + done);
+        hasFailed = count < 0 && errno != EINTR;
+        return count;
     });
     position += moved;
-    return moved;
+    return hasFailed ? -1 : moved;
 }
 
 void CFile::Close() {

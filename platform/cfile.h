@@ -17,7 +17,8 @@ class CFile {
     /// Opens a regular file for reading; others may use it meanwhile. Answers whether it did.
     bool Open(const char* path);
 
-    /// Reads up to `byteCount` bytes from where the last read ended. Answers the number read.
+    /// Reads up to `byteCount` bytes from where the last read ended. Answers the number read, fewer
+    /// only at the end of the file, and -1 if the system failed.
     std::int64_t Read(void* target, std::int64_t byteCount);
 
     void Close();

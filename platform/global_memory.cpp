@@ -1,9 +1,9 @@
 #include "platform/global_memory.h"
 
 #include "platform/faults.h"
+#include "platform/heap.h"
 
 #include <cstddef>
-#include <cstdlib>
 
 namespace korlit {
 
@@ -13,17 +13,9 @@ struct alignas(std::max_align_t) GlobalBlock {
 };
 
 GlobalHandle GlobalAlloc(std::int64_t byteCount) {
-    if (faultAt(FaultPoint::Allocate) != FaultKind::None || byteCount < 0 ||
-        byteCount >= globalAllocLimit) {
-        return nullptr;
-    }
-    // calloc hands large blocks out as untouched zero pages: memory that a file only announces and
-    // never fills is not taken from the machine.
-    const std::size_t size = sizeof(GlobalBlock) + static_cast<std::size_t>(byteCount);
-    auto* block = static_cast<GlobalBlock*>(std::calloc(1, size));
+    auto* block = static_cast<GlobalBlock*>(newBytes(byteCount, sizeof(GlobalBlock)));
     if (block != nullptr) {
         block->byteCount = byteCount;
-        countHeldBlocks(+1);
     }
     return block;
 }
@@ -40,10 +32,7 @@ void* GlobalLock(GlobalHandle handle) {
 void GlobalUnlock(GlobalHandle /*handle*/) {}
 
 GlobalHandle GlobalFree(GlobalHandle handle) {
-    if (handle != nullptr) {
-        std::free(handle);
-        countHeldBlocks(-1);
-    }
+    deleteBytes(handle);
     return nullptr;
 }
 

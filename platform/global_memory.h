@@ -5,6 +5,8 @@
 // negative or beyond that limit fails at its allocation and never makes a short block.
 #pragma once
 
+#include "platform/heap.h"
+
 #include <cstdint>
 
 namespace korlit {
@@ -14,7 +16,7 @@ struct GlobalBlock;
 using GlobalHandle = GlobalBlock*;
 
 /// The smallest byte count that is refused.
-constexpr std::int64_t globalAllocLimit = std::int64_t{1} << 31;
+constexpr std::int64_t globalAllocLimit = blockLimit;
 
 /// A new zero-filled block of `byteCount` bytes. Null if the count is negative, at or above
 /// globalAllocLimit, or more than the machine has. The caller frees it with GlobalFree.

@@ -5,6 +5,7 @@
 #include <charconv>
 #include <cstdarg>
 #include <cstdio>
+#include <cstring>
 #include <limits>
 #include <system_error>
 
@@ -46,6 +47,12 @@ void formatGeneral(std::span<char> target, double value) {
                                                     : character;
     });
     formatText(target, "%8s", digits.data());
+}
+
+void lstrcpynA(char* target, const char* source, int size) {
+    const std::size_t length = strnlen(source, static_cast<std::size_t>(size) - 1);
+    std::copy_n(source, length, target);
+    target[length] = '\0';
 }
 
 void _strlwr(char* text) {

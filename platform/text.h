@@ -16,6 +16,10 @@ namespace korlit {
 /// Writes `value` as printf's "%8G" does: six significant digits, right-aligned in eight columns.
 void formatGeneral(std::span<char> target, double value);
 
+/// Copies at most `size` - 1 characters of a terminated text to `target` and terminates them there.
+/// `size` counts from 1.
+void lstrcpynA(char* target, const char* source, int size);
+
 /// Turns the letters A to Z of a terminated text into lower case, in place.
 void _strlwr(char* text);
 

@@ -1,0 +1,26 @@
+// Memory as the allocation operator gives it: blocks known by their pointer alone. Byte counts keep
+// to the rule of global memory, and both take their bytes here.
+#pragma once
+
+#include <cstdint>
+
+namespace korlit {
+
+/// The smallest byte count that is refused: 2 GiB, which no block of a 32-bit process can have.
+constexpr std::int64_t blockLimit = std::int64_t{1} << 31;
+
+/// `byteCount` zero bytes, aligned for any type, behind `headSize` bytes more for the layer's own
+/// use. Null if the count is negative, at or above blockLimit, or more than the machine has. A
+/// block of 0 bytes is a block. The caller releases it with deleteBytes.
+void* newBytes(std::int64_t byteCount, std::int64_t headSize = 0);
+
+/// Releases a block; null is passed over.
+void deleteBytes(void* block);
+
+/// An array of `count` zero-filled items, or null as above.
+template <typename Item>
+Item* newItems(std::int64_t count) {
+    return static_cast<Item*>(newBytes(count * std::int64_t{sizeof(Item)}));
+}
+
+} // namespace korlit
