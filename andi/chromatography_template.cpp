@@ -2,7 +2,10 @@
 
 #include "platform/text.h"
 
+#include <algorithm>
 #include <array>
+#include <cstddef>
+#include <cstring>
 #include <utility>
 
 namespace korlit {
@@ -102,11 +105,43 @@ void AddTemplateScalars(AndiFile* file, const SignalFigures& figures) {
     }
 }
 
-void AddSignalAttributes(AndiVariable* signal, std::int16_t rack, std::int16_t vial) {
-    std::array<char, 16> position{};
-    formatText(position, "%hd-%hd", rack, vial);
+AndiVariable* AddSignal(AndiFile* file, std::int32_t pointDimension, const float* samples,
+                        double scaleFactor, const SamplePosition& position) {
+    AndiVariable* signal = AddAndiVector(file, "ordinate_values", AndiType::Float, pointDimension);
+    if (signal == nullptr) {
+        return nullptr;
+    }
+    auto* values = static_cast<float*>(signal->Data);
+    for (std::int32_t i = 0; i < signal->ElementCount; ++i) {
+        values[i] = static_cast<float>(samples[i] * scaleFactor);
+    }
+    std::array<char, 16> positionText{};
+    formatText(positionText, "%hd-%hd", position.rack, position.vial);
     addText(&signal->Attributes, "uniform_sampling_flag", "Y");
-    addText(&signal->Attributes, "autosampler_position", position.data());
+    addText(&signal->Attributes, "autosampler_position", positionText.data());
+    return signal;
+}
+
+void AddFloatColumn(AndiFile* file, const char* name, std::int32_t dimension,
+                    const void* firstValue, std::int32_t count, std::int64_t stride) {
+    AndiVariable* column = AddAndiVector(file, name, AndiType::Float, dimension);
+    if (column == nullptr) {
+        return;
+    }
+    auto* target = static_cast<char*>(column->Data);
+    const auto* source = static_cast<const char*>(firstValue);
+    const std::int32_t valueCount = std::min(count, column->ElementCount);
+    for (std::int32_t i = 0; i < valueCount; ++i) {
+        std::memcpy(target + i * sizeof(float), source + i * stride, sizeof(float));
+    }
+}
+
+AndiVariable* AddTextColumn(AndiFile* file, const char* name, std::int32_t dimension,
+                            std::int32_t widthDimension) {
+    // Without a width the builder would make a vector.
+    return widthDimension == -1
+               ? nullptr
+               : AddAndiMatrix(file, name, AndiType::Char, dimension, widthDimension);
 }
 
 } // namespace korlit

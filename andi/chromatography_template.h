@@ -1,7 +1,7 @@
 // What every ANDI file that is written here has alike, by the AIA chromatography template: the
-// dimensions, the global attributes, the scalars and the signal's attributes, in the order in which
-// they stand in the file. Nothing here is tested but the dimensions that variables need: what finds
-// no memory is missing from the file.
+// dimensions, the global attributes, the scalars and the signal, in the order in which they stand
+// in the file, and how the columns of its peak table are made. What finds no memory is missing from
+// the file; each caller decides which of the dimensions and variables it can't do without.
 #pragma once
 
 #include "andi/andi_file.h"
@@ -49,7 +49,34 @@ struct SignalFigures {
 /// interval in minutes.
 void AddTemplateScalars(AndiFile* file, const SignalFigures& figures);
 
-/// Adds to the signal that it is uniform, and the sample's position as in "1-2".
-void AddSignalAttributes(AndiVariable* signal, std::int16_t rack, std::int16_t vial);
+/// Where the sample stood in the autosampler.
+struct SamplePosition {
+    std::int16_t rack;
+    std::int16_t vial;
+};
+
+/// Adds the signal over the dimension of the points: each sample times the scale factor in double
+/// precision, rounded once. With it goes that it is uniform, and the position as in "1-2". Null if
+/// the variable can't be added.
+AndiVariable* AddSignal(AndiFile* file, std::int32_t pointDimension, const float* samples,
+                        double scaleFactor, const SamplePosition& position);
+
+/// Adds a float variable over `dimension`, filled from a table in memory: `count` floats, the first
+/// at `firstValue` and each `stride` bytes behind the one before. Adds nothing if there is no
+/// memory for it.
+void AddFloatColumn(AndiFile* file, const char* name, std::int32_t dimension,
+                    const void* firstValue, std::int32_t count, std::int64_t stride);
+
+/// Adds a variable of one text a row, zero so far: over `dimension` and `widthDimension`, either of
+/// which may be one that wasn't added (-1). Null if the variable can't be added.
+AndiVariable* AddTextColumn(AndiFile* file, const char* name, std::int32_t dimension,
+                            std::int32_t widthDimension);
+
+/// The area of a peak in the unit of an ANDI file, where it is by the minute, from that of a native
+/// record, where it is by the second. Worked out in double precision and rounded once.
+constexpr float areaByMinute(float areaBySecond) {
+    constexpr double secondsPerMinute = 60.0;
+    return static_cast<float>(areaBySecond / secondsPerMinute);
+}
 
 } // namespace korlit

@@ -47,26 +47,10 @@ void addAttributes(AndiFile* file, const char* path) {
                           TheResHeader.PeakCount != 0);
 }
 
-void addSignal(AndiFile* file, std::int32_t pointDimension, const float* data) {
-    AndiVariable* signal = AddAndiVector(file, "ordinate_values", AndiType::Float, pointDimension);
-    if (signal == nullptr) {
-        return;
-    }
-    auto* values = static_cast<float*>(signal->Data);
-    const double scaleFactor = TheSliHeader.ScaleFactor;
-    for (std::int32_t i = 0; i < signal->ElementCount; ++i) {
-        values[i] = static_cast<float>(data[i] * scaleFactor);
-    }
-    AddSignalAttributes(signal, TheSliHeader.AutosamplerRack, TheSliHeader.AutosamplerVial);
-}
-
 void addPeakNames(AndiFile* file, const TemplateDimensions& dimensions, const PeakRecord* peaks) {
     constexpr std::ptrdiff_t rowLength = 32;
-    if (dimensions.thirtyTwoBytes == -1) {
-        return;
-    }
-    AndiVariable* names = AddAndiMatrix(file, "peak_name", AndiType::Char, dimensions.peaks,
-                                        dimensions.thirtyTwoBytes);
+    AndiVariable* names =
+        AddTextColumn(file, "peak_name", dimensions.peaks, dimensions.thirtyTwoBytes);
     if (names == nullptr) {
         return;
     }
@@ -76,11 +60,9 @@ void addPeakNames(AndiFile* file, const TemplateDimensions& dimensions, const Pe
     }
 }
 
-/// Areas of the ANDI file are in minutes, those of the records in seconds.
 void divideAreas(PeakRecord* peaks) {
-    constexpr double secondsPerMinute = 60.0;
     for (int i = 0; i < TheResHeader.PeakCount; ++i) {
-        peaks[i].PeakArea = static_cast<float>(peaks[i].PeakArea / secondsPerMinute);
+        peaks[i].PeakArea = areaByMinute(peaks[i].PeakArea);
     }
 }
 
@@ -130,7 +112,8 @@ bool buildFile(AndiFile* file, const char* path, const float* data, PeakRecord* 
                               .scaleFactor = TheSliHeader.ScaleFactor,
                               .pointCount = pointCount,
                               .sampleIntervalMs = TheSliHeader.SampleIntervalMs});
-    addSignal(file, dimensions.points, data);
+    AddSignal(file, dimensions.points, data, TheSliHeader.ScaleFactor,
+              {.rack = TheSliHeader.AutosamplerRack, .vial = TheSliHeader.AutosamplerVial});
     if (TheResHeader.PeakCount != 0) {
         addPeaks(file, dimensions, peaks);
     }
@@ -155,16 +138,8 @@ int MapNativeToAndi(const float* data, PeakRecord* peaks, AndiFile* file, char* 
 
 void AddPeakColumn(AndiFile* file, const char* name, std::int32_t peakDimension,
                    const PeakRecord* peaks, std::size_t fieldOffset) {
-    AndiVariable* column = AddAndiVector(file, name, AndiType::Float, peakDimension);
-    if (column == nullptr) {
-        return;
-    }
-    auto* value = static_cast<char*>(column->Data);
-    const std::int32_t count = std::min<std::int32_t>(TheResHeader.PeakCount, column->ElementCount);
-    for (std::int32_t i = 0; i < count; ++i) {
-        std::memcpy(value, reinterpret_cast<const char*>(&peaks[i]) + fieldOffset, sizeof(float));
-        value += sizeof(float);
-    }
+    AddFloatColumn(file, name, peakDimension, reinterpret_cast<const char*>(peaks) + fieldOffset,
+                   TheResHeader.PeakCount, sizeof(PeakRecord));
 }
 
 } // namespace korlit
