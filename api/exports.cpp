@@ -2,6 +2,7 @@
 
 #include "api/guard.h"
 #include "api/paths.h"
+#include "dunvale/run_to_andi.h"
 #include "native/read_native_pair.h"
 #include "native/write_native_pair.h"
 #include "platform/text.h"
@@ -30,6 +31,11 @@ int32_t Andi2Merivolta(char* path, char* message) {
 
 int32_t Merivolta2Andi(char* path, char* message) {
     return convert(path, message, ReadNativePair);
+}
+
+int32_t Dunvale2Andi(char* path, char* message) {
+    return guarded(
+        [&] { return path == nullptr ? 0 : RunToAndi(path, runMessageBuffer(path, message)); });
 }
 
 int32_t Andi2Dunvale(char* /*path*/, char* message) {

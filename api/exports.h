@@ -6,11 +6,12 @@
  * Paths and texts are zero-terminated 8-bit text, passed on as they are. The path separator is '/'.
  * Both buffers belong to the host. No length is passed for either, so the host must provide:
  *
- *   path     5 bytes more than the path's length, since the call changes its extension in place:
+ *   path     5 bytes more than the path's length, where the call changes its extension in place:
  *            an appended dot, three letters and the terminator;
  *   message  60 bytes more than the path's length, and never fewer than 91.
  *
- * The calls write nothing beyond these sizes. A null path or message is answered with 0.
+ * The calls write nothing beyond these sizes. A null path or message is answered with 0, but for
+ * the null message that Dunvale2Andi takes.
  */
 #ifndef KORLIT_EXPORTS_H
 #define KORLIT_EXPORTS_H
@@ -53,6 +54,23 @@ KORLIT_EXPORT int32_t Andi2Merivolta(char* path, char* message);
  * On return `path` ends in ".cdf"; after a failure in the extension that the failing step looked
  * at: its own, ".sli" or ".rpt". A file that was written in part stays. */
 KORLIT_EXPORT int32_t Merivolta2Andi(char* path, char* message);
+
+/* Converts the Dunvale run file at `path`, whose extension must have three characters, into one
+ * ANDI file for each of its one to nine channels. `message` is read first and must hold a text on
+ * entry:
+ *
+ *   the empty text   the files stand beside the run and take its name without the extension, the
+ *                    channel's number from 1, and ".cdf": run.dat gives run1.cdf, run2.cdf, ...
+ *   any other        it is the output path of every channel; of several the last one's file stays.
+ *
+ * Files of these names are replaced. Returns 1 with `message` as it was when all channels were
+ * written, else 0 with the reason in `message`. A channel that can't be written doesn't keep the
+ * others from being; after any other failure the channels already written stay. A run file that
+ * ends early is converted as far as it goes, the rest counting as zero.
+ *
+ * `path` is not changed and needs no room behind it. A null `message` counts as the empty text and
+ * takes no reason. */
+KORLIT_EXPORT int32_t Dunvale2Andi(char* path, char* message);
 
 /* Not implemented: returns 0 with the text "Feature is not implemented !!!", whatever the path,
  * null included. */

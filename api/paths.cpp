@@ -23,4 +23,11 @@ std::span<char> messageBuffer(const char* path, char* message) {
     return {message, std::max<std::size_t>(size, KORLIT_MESSAGE_MINIMUM)};
 }
 
+std::span<char> runMessageBuffer(const char* path, char* message) {
+    if (message == nullptr) {
+        return {};
+    }
+    return {message, std::max(messageBuffer(path, message).size(), std::strlen(message) + 1)};
+}
+
 } // namespace korlit

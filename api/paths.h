@@ -12,4 +12,8 @@ char* NormalisePath(char* path);
 /// The message buffer at the size that a host must provide with this path, before it is normalised.
 std::span<char> messageBuffer(const char* path, char* message);
 
+/// The same for the conversion of a run, whose host may have put an output path into the buffer and
+/// then has room for that at least. A host may pass no buffer: it then has no room.
+std::span<char> runMessageBuffer(const char* path, char* message);
+
 } // namespace korlit

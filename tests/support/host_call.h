@@ -29,13 +29,15 @@ inline std::ostream& operator<<(std::ostream& out, const Answer& answer) {
 
 inline const std::string untouchedMessage = "as the host left it";
 
-inline Answer callAsHost(Export function, const std::string& path) {
+/// `message` is what the host has put into the buffer beforehand.
+inline Answer callAsHost(Export function, const std::string& path,
+                         const std::string& message = untouchedMessage) {
     const std::string canary(32, '\x5A');
     const std::size_t pathSize = path.size() + KORLIT_PATH_ROOM;
-    const std::size_t messageSize =
-        std::max<std::size_t>(path.size() + KORLIT_MESSAGE_ROOM, KORLIT_MESSAGE_MINIMUM);
+    const std::size_t messageSize = std::max<std::size_t>(
+        {path.size() + KORLIT_MESSAGE_ROOM, KORLIT_MESSAGE_MINIMUM, message.size() + 1});
     std::string pathBuffer = path;
-    std::string messageBuffer = untouchedMessage;
+    std::string messageBuffer = message;
     pathBuffer.resize(pathSize);
     messageBuffer.resize(messageSize);
     pathBuffer += canary;

@@ -1,0 +1,18 @@
+// The names of peaks, found in a table of time windows.
+#pragma once
+
+#include "dunvale/run_records.h"
+
+#include <span>
+
+namespace korlit {
+
+/// Bytes of a peak's name, terminator included.
+constexpr int peakNameSize = 32;
+
+/// Fills the row of each peak in `names`, peakNameSize bytes each, with the name of the first
+/// window that its retention time lies in, cut to the row. A peak that no window names keeps its
+/// row.
+void FillPeakNames(char* names, std::span<const Results> results, std::span<const PeakWin> windows);
+
+} // namespace korlit
