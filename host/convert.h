@@ -6,9 +6,9 @@
 
 namespace korlit::host {
 
-/// Converts each file, a slice file (.sli) into an ANDI file and any other as an ANDI file into a
-/// pair, and prints a line for it on standard output: the file, then the library's own text.
-/// Answers the exit status: 0 if all were converted, 1 if some failed.
+/// Converts each file, a slice file (.sli) or a run file into ANDI files and any other as an ANDI
+/// file into a pair, and prints a line for it on standard output: the file, then the library's own
+/// text. Answers the exit status: 0 if all were converted, 1 if some failed.
 int convertFiles(const std::vector<std::string>& files);
 
 } // namespace korlit::host

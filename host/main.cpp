@@ -22,7 +22,8 @@ int main(int argumentCount, char** arguments) try {
     std::vector<std::string> files;
     CLI::App* convert = app.add_subcommand(
         "convert", "Convert ANDI files (.cdf) to Merivolta pairs (.sli and .rpt) beside them,\n"
-                   "and slice files (.sli) with their reports to ANDI files");
+                   "slice files (.sli) with their reports to ANDI files, and Dunvale runs\n"
+                   "to one ANDI file for each channel");
     convert->add_option("FILE", files, "The files to convert")->required();
     convert->footer("Exit status: 0 all were converted, 1 some failed, 2 wrong use.");
 
