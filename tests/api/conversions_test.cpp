@@ -1,8 +1,9 @@
-// Runs the cases of conversions.txt and pairs.txt, which say how to read them.
+// Runs the cases of conversions.txt, pairs.txt and runs.txt, which say how to read them.
 #include "tests/support/andi_text.h"
 #include "tests/support/host_call.h"
 #include "tests/support/image.h"
 #include "tests/support/module_test.h"
+#include "tests/support/run_text.h"
 
 #include <cstdlib>
 #include <map>
@@ -14,15 +15,27 @@ using namespace test;
 
 class Conversions : public ModuleTest {
   protected:
-    /// A text of the table with its paths filled in.
+    /// A text of the table with its paths and line ends filled in.
     std::string filled(std::string text) const {
-        for (const std::string extension : {"cdf", "sli", "rpt"}) {
-            const std::size_t place = text.find("{" + extension + "}");
+        std::map<std::string, std::string> fillings{{"\\r\\n", "\r\n"}};
+        for (const std::string extension : {"cdf", "sli", "rpt", "dat"}) {
+            fillings["{" + extension + "}"] = folder.path("run." + extension);
+        }
+        for (const char channel : {'2', '3'}) {
+            fillings[std::string{'{', channel, '}'}] = channelFile(channel);
+        }
+        for (const auto& [word, filling] : fillings) {
+            const std::size_t place = text.find(word);
             if (place != std::string::npos) {
-                text.replace(place, 5, folder.path("run." + extension));
+                text.replace(place, word.size(), filling);
             }
         }
         return text;
+    }
+
+    /// Where the file of a channel of run.dat belongs.
+    std::string channelFile(char channel) const {
+        return folder.path(std::string{"run"} + channel + ".cdf");
     }
 
     /// A line such as "write 3 short".
@@ -71,9 +84,9 @@ class Conversions : public ModuleTest {
         folder.write("run." + line.substr(0, 3), file);
     }
 
-    /// What ncdump shows of the ANDI file, with one blank for all white space.
-    std::string dumped() const {
-        std::istringstream in{folder.dump("run.cdf", "-p 9,17")};
+    /// What ncdump shows of an ANDI file, with one blank for all white space.
+    std::string dumped(const std::string& name) const {
+        std::istringstream in{folder.dump(name, "-p 9,17")};
         std::string dump;
         for (std::string word; in >> word;) {
             dump += word + " ";
@@ -100,27 +113,42 @@ class Conversions : public ModuleTest {
             }
             if (key == "in") {
                 cases.back().changes.push_back(line.substr(3));
-            } else if (key == "dumps") {
-                cases.back().dumps.push_back(line.substr(6));
+            } else if (key.starts_with("dumps")) {
+                cases.back().dumps.push_back(line.substr(5));
             } else if (key == "sli" || key == "rpt" || key == "cdf") {
                 cases.back().contents.push_back(line);
             } else if (!key.empty() && key.front() != '#') {
-                cases.back().words[key] = line.substr(key.size() + 1);
+                cases.back().words[key] = line.substr(std::min(key.size() + 1, line.size()));
             }
         }
         return cases;
     }
 
-    /// Calls the export on the prepared file and holds the outcome against the case.
+    /// Holds what ncdump shows of a file against the lines behind "dumps", or behind "dumps1" for
+    /// the channel "1".
+    static void expectDumps(const Case& each, const std::string& dump,
+                            const std::string& channel = "") {
+        for (const std::string& line : each.dumps) {
+            const std::string prefix = channel + " ";
+            if (line.starts_with(prefix)) {
+                EXPECT_NE(dump.find(line.substr(prefix.size()) + " "), std::string::npos)
+                    << line << "\n"
+                    << dump;
+            }
+        }
+    }
+
+    /// Calls the export on the prepared file, with `before` in the message buffer, and holds the
+    /// outcome against the case.
     void run(const Case& each, Export function, const std::string& from, const std::string& to,
-             const std::string& success) {
+             const std::string& success, const std::string& before = untouchedMessage) {
         arm(each.get("fault", "open 0"));
         Answer answer;
         const std::string box =
-            boxOf([&] { answer = callAsHost(function, folder.path("run." + from)); });
+            boxOf([&] { answer = callAsHost(function, folder.path("run." + from), before); });
         disarmFault();
         const bool fails = each.words.contains("fails") || each.words.contains("box");
-        const std::string message = each.get("fails", fails ? untouchedMessage : success);
+        const std::string message = each.get("fails", fails ? before : success);
         const std::string extension = each.get("path", to);
         const std::string returned = folder.path(extension == "none" ? "run" : "run." + extension);
         EXPECT_EQ(answer, (Answer{fails ? 0 : 1, returned, filled(message), true}));
@@ -130,7 +158,7 @@ class Conversions : public ModuleTest {
         }
         EXPECT_EQ(heldFileCount(), 0);
         EXPECT_EQ(heldLibraryCount(), 0);
-        if (fails && (from == "sli" || each.get("path", to) == from)) {
+        if (fails && (from != "cdf" || each.get("path", to) == from)) {
             expectNothingHeld(); // only a load whose target failed may stay
         }
         // Good conversions right behind go through and leave nothing.
@@ -174,10 +202,41 @@ TEST_F(Conversions, OfPairsComeOutAsTheTableSays) {
         std::filesystem::remove(folder.path("run." + each.get("without", "none")));
         run(each, Merivolta2Andi, "sli", "cdf", "Merivolta File converted to {cdf}.");
         const bool succeeds = !each.words.contains("fails") && !each.words.contains("box");
-        const std::string dump = succeeds ? dumped() : "";
+        const std::string dump = succeeds ? dumped("run.cdf") : "";
         EXPECT_EQ(dump.empty(), !succeeds);
-        for (const std::string& line : each.dumps) {
-            EXPECT_NE(dump.find(line + " "), std::string::npos) << line << "\n" << dump;
+        expectDumps(each, dump);
+    }
+}
+
+TEST_F(Conversions, OfRunsComeOutAsTheTableSays) {
+    setenv("TZ", "CET-1CEST,M3.5.0,M10.5.0/3", 1);
+    const std::vector<Case> cases = readCases(LISTINGS "runs.txt");
+    EXPECT_GT(cases.size(), 40U);
+    for (const Case& each : cases) {
+        SCOPED_TRACE(each.get("==", ""));
+        RunText file;
+        file = {each.get("version", file.version),     each.get("info", file.info),
+                each.get("count", file.count),         each.get("signal", file.signal),
+                each.get("results", file.results),     each.get("events", file.events),
+                each.get("extra", file.extra),         each.get("anno", file.anno),
+                each.get("timetable", file.timeTable), each.get("lines", file.lines),
+                each.get("windows", file.windows),     std::stoi(each.get("channels", "1"))};
+        folder.write("run.dat", file.bytes());
+        for (const char channel : std::string{"123456789"}) {
+            std::filesystem::remove(channelFile(channel));
+        }
+        if (each.words.contains("folder")) {
+            std::filesystem::create_directory(channelFile(each.words.at("folder").front()));
+        }
+        run(each, Dunvale2Andi, "dat", "dat", "", "");
+        const std::string files = each.get("files", each.words.contains("fails") ? "" : "1");
+        for (const char channel : std::string{"123456789"}) {
+            const bool isThere = files.find(channel) != std::string::npos;
+            EXPECT_EQ(std::filesystem::is_regular_file(channelFile(channel)), isThere) << channel;
+            const std::string dump =
+                isThere ? dumped(std::string{"run"} + channel + ".cdf") : std::string{};
+            EXPECT_EQ(dump.empty(), !isThere || each.words.contains("undumpable")) << channel;
+            expectDumps(each, dump, {channel});
         }
     }
 }

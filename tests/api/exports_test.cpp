@@ -2,6 +2,7 @@
 #include "tests/support/andi_text.h"
 #include "tests/support/host_call.h"
 #include "tests/support/image.h"
+#include "tests/support/run_text.h"
 #include "tests/support/temp_folder.h"
 
 #include <gtest/gtest.h>
@@ -30,6 +31,7 @@ class ExportsTest : public testing::Test {
     void* library = dlopen(BUILT_LIBRARY, RTLD_NOW | RTLD_LOCAL);
     Export andi2Merivolta = reinterpret_cast<Export>(dlsym(library, "Andi2Merivolta"));
     Export merivolta2Andi = reinterpret_cast<Export>(dlsym(library, "Merivolta2Andi"));
+    Export dunvale2Andi = reinterpret_cast<Export>(dlsym(library, "Dunvale2Andi"));
     Export andi2Dunvale = reinterpret_cast<Export>(dlsym(library, "Andi2Dunvale"));
     TempFolder folder;
     std::string source = folder.write("run.cdf", readFile(TEST_DATA "two_peaks.cdf"));
@@ -104,6 +106,67 @@ TEST_F(ExportsTest, ARoundTripKeepsTheSignalToTheBit) {
         EXPECT_TRUE(holds(back, column(pair, 4)) && holds(back, column(pair, 50)));
         EXPECT_TRUE(holds(original, column(pair, 8)) && holds(back, column(pair, 8, 60)));
     }
+}
+
+TEST_F(ExportsTest, WritesTheChannelsOfARunToTheByte) {
+    setenv("TZ", "CET-1CEST,M3.5.0,M10.5.0/3", 1);
+    fs::current_path(folder.path(""));
+    const std::string run = readFile(SAMPLES "dad_run.run");
+    EXPECT_EQ(run, readFile(TEST_DATA "expected/dad_run.run")) << "the sample of its generator";
+    folder.write("dad_run.run", run);
+    EXPECT_EQ(callAsHost(dunvale2Andi, "dad_run.run", ""), (Answer{1, "dad_run.run", "", true}));
+    for (const std::string name : {"dad_run1.cdf", "dad_run2.cdf", "dad_run3.cdf"}) {
+        const std::string expected = readFile(TEST_DATA "expected/" + name);
+        EXPECT_TRUE(expected.size() > 7000 && readFile(folder.path(name)) == expected) << name;
+    }
+    // One output path for all channels keeps the last one's file.
+    EXPECT_EQ(callAsHost(dunvale2Andi, "dad_run.run", "out"),
+              (Answer{1, "dad_run.run", "out", true}));
+    EXPECT_EQ(readFile(folder.path("out")), readFile(folder.path("dad_run3.cdf")));
+}
+
+TEST_F(ExportsTest, TakesAnyPathOfARun) {
+    const std::string bytes = RunText{}.bytes();
+    const auto noExtension = [](const std::string& path) {
+        return Answer{0, path, "Error:\r\nNo Extension found in File\r\n\"" + path + "\"", true};
+    };
+    folder.write("run.data", bytes);
+    for (const std::string path : {"", "x", ".cd", "run", folder.path("run.data").c_str()}) {
+        EXPECT_EQ(callAsHost(dunvale2Andi, path, ""), noExtension(path));
+    }
+    for (const std::string name : {"missing.run", "folder.run"}) {
+        const std::string path = folder.path(name);
+        fs::create_directory(folder.path("folder.run"));
+        EXPECT_EQ(callAsHost(dunvale2Andi, path, ""),
+                  (Answer{0, path, "Unable to open\r\n\"" + path + "\"", true}));
+    }
+    const std::string noName = folder.write(".dat", bytes);
+    EXPECT_EQ(callAsHost(dunvale2Andi, noName, ""), (Answer{1, noName, "", true}));
+    EXPECT_TRUE(fs::exists(folder.path("1.cdf")));
+
+    // Beyond 255 characters, for the run and for its output.
+    const std::string deep = std::string(200, 'd') + "/" + std::string(200, 'e') + "/run";
+    fs::create_directories(fs::path{folder.path(deep)}.parent_path());
+    const std::string run = folder.write(deep + ".dat", bytes);
+    EXPECT_EQ(callAsHost(dunvale2Andi, run, ""), (Answer{1, run, "", true}));
+    EXPECT_TRUE(fs::remove(folder.path(deep + "1.cdf")));
+    const std::string output = folder.path(deep + ".cdf");
+    EXPECT_EQ(callAsHost(dunvale2Andi, noName, output), (Answer{1, noName, output, true}));
+    EXPECT_TRUE(fs::exists(output));
+    const std::string noFolder = folder.path(std::string(300, 'x') + "/out.cdf");
+    EXPECT_EQ(callAsHost(dunvale2Andi, noName, noFolder),
+              (Answer{0, noName, ("Error writing Andi File " + noFolder).substr(0, noFolder.size()),
+                      true}));
+
+    std::array<char, 100> buffer{};
+    EXPECT_EQ(dunvale2Andi(nullptr, buffer.data()), 0);
+    EXPECT_EQ(buffer[0], '\0');
+    std::string path = noName;
+    fs::remove(folder.path("1.cdf"));
+    EXPECT_EQ(dunvale2Andi(path.data(), nullptr), 1);
+    EXPECT_TRUE(fs::exists(folder.path("1.cdf")));
+    path = folder.path("missing.run");
+    EXPECT_EQ(dunvale2Andi(path.data(), nullptr), 0);
 }
 
 TEST_F(ExportsTest, NamesTheFilesByTheLastDot) {

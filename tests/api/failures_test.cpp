@@ -4,6 +4,7 @@
 #include "tests/support/host_call.h"
 #include "tests/support/image.h"
 #include "tests/support/module_test.h"
+#include "tests/support/run_text.h"
 
 namespace korlit {
 namespace {
@@ -101,6 +102,12 @@ TEST_F(FailuresTest, AFileWithAnyByteChangedDoesNoHarm) {
             folder.write("run.cdf", changed(twoPeaks, i));
             EXPECT_TRUE(callAsHost(Andi2Merivolta, source).areBuffersKept) << i;
         }
+        // What a changed count makes of the file may be huge: it isn't kept.
+        const std::string run = RunText{}.bytes();
+        for (std::size_t i = 0; i < 5 * run.size(); ++i) {
+            const std::string path = folder.write("run.dat", changed(run, i));
+            EXPECT_TRUE(callAsHost(Dunvale2Andi, path, "/dev/null").areBuffersKept) << i;
+        }
         for (std::size_t i = 0; i < 5 * newReport.size(); ++i) {
             folder.write("run.sli", newSlice);
             folder.write("run.rpt", changed(newReport, i));
@@ -110,6 +117,76 @@ TEST_F(FailuresTest, AFileWithAnyByteChangedDoesNoHarm) {
             EXPECT_TRUE(callAsHost(Merivolta2Andi, slice).areBuffersKept) << i;
         }
     });
+    expectNothingLeft();
+}
+
+TEST_F(FailuresTest, EachBlockOfARunAndEachVariableItNeedsTellsItsLackOfMemory) {
+    // In the order in which the flow reaches them. Without the dimension of its width a text
+    // variable can't be added, and that of the codes stands ahead of that of the names.
+    std::vector<std::string> ofRun;
+    for (const std::string block :
+         {"lpSliHeadP", "plpfData", "plpfData[0]", "lpResHead", "plpResults", "plpPeaks",
+          "plpResults[0]", "plpPeaks[0]", "lpAnno", "lpTimeTable", "lpTTLine", "lpPeakWin",
+          "lpPeakWin2"}) {
+        ofRun.push_back("Out of Memory !!!\r\nNo Mem for " + block + ".");
+    }
+    std::vector<std::string> ofChannel;
+    for (const std::string what :
+         {"AddAndiMatrix(\"peak_start_detection_code\") returned NULL.",
+          "AddAndiMatrix(\"peak_name\") returned NULL.", "iDimPoints = -1", "iDimPeaks = -1",
+          "iDimLog = -1", "AddAndiVector(\"ordinate_values\") returned NULL.",
+          "AddAndiMatrix(\"peak_name\") returned NULL.",
+          "AddAndiMatrix(\"peak_start_detection_code\") returned NULL.",
+          "AddAndiMatrix(\"peak_stop_detection_code\") returned NULL."}) {
+        ofChannel.push_back("Error(s) occurred !!!\r\n" + what);
+    }
+    const std::string run = folder.write("run.dat", RunText{}.bytes());
+    ASSERT_EQ(callAsHost(Dunvale2Andi, run, "").result, 1);
+    const std::size_t wholeSize = readFile(folder.path("run1.cdf")).size();
+    for (const FaultPoint point : {FaultPoint::Allocate, FaultPoint::Lock}) {
+        // The run's own blocks need no lock.
+        auto expected = point == FaultPoint::Allocate ? ofRun : std::vector<std::string>{};
+        expected.insert(expected.end(), ofChannel.begin(), ofChannel.end());
+        std::vector<std::string> told;
+        std::size_t size = 0;
+        for (int nth = 1; size != wholeSize && nth < 300; ++nth) {
+            std::filesystem::remove(folder.path("run1.cdf"));
+            armFault(point, nth);
+            Answer answer;
+            boxOf([&] { answer = callAsHost(Dunvale2Andi, run, ""); });
+            EXPECT_EQ(answer.message.empty(), answer.result == 1) << nth;
+            if (answer.result == 0 && (told.empty() || told.back() != answer.message)) {
+                told.push_back(answer.message);
+            }
+            size = readFile(folder.path("run1.cdf")).size();
+            EXPECT_EQ(size > 0, answer.result == 1);
+            EXPECT_TRUE(answer.areBuffersKept);
+            expectNothingLeft();
+        }
+        EXPECT_EQ(size, wholeSize);
+        EXPECT_EQ(told, expected);
+    }
+}
+
+TEST_F(FailuresTest, ARunCutAnywhereIsConvertedAsFarAsItGoes) {
+    const std::string whole = RunText{}.bytes();
+    const std::string run = folder.path("run.dat");
+    // From the first byte of the channel count on, which is its lower one.
+    constexpr std::size_t firstConverted = 307;
+    for (std::size_t length = 0; length < whole.size(); ++length) {
+        folder.write("run.dat", whole.substr(0, length));
+        const std::string noChannels = "Read Error!!!\r\nChannel No. = 0.";
+        const bool isConverted = length >= firstConverted;
+        EXPECT_EQ(callAsHost(Dunvale2Andi, run, ""),
+                  (Answer{isConverted ? 1 : 0, run, isConverted ? "" : noChannels, true}));
+    }
+    // Behind three samples, of which the last is cut, nothing is left but zeros.
+    folder.write("run.dat", whole.substr(0, 308 + 110 + 11));
+    EXPECT_EQ(callAsHost(Dunvale2Andi, run, "").result, 1);
+    const std::string dump = folder.dump("run1.cdf", "-v ordinate_values");
+    EXPECT_NE(dump.find("ordinate_values = 2, 4, "), std::string::npos);
+    EXPECT_NE(dump.find(", 0, 0, 0 ;"), std::string::npos) << dump;
+    EXPECT_NE(dump.find("dataset_completeness = \"C1\""), std::string::npos);
     expectNothingLeft();
 }
 

@@ -1,5 +1,6 @@
 // The built command, as a shell runs it.
 #include "tests/support/andi_text.h"
+#include "tests/support/run_text.h"
 #include "tests/support/temp_folder.h"
 
 #include <gtest/gtest.h>
@@ -32,6 +33,13 @@ TEST(Command, PrintsALineForEachFile) {
     const std::string slice = folder.path("good.sli");
     EXPECT_EQ(run(folder, "convert " + slice),
               slice + ": Merivolta File converted to " + good + ".\n0");
+    const std::string dunvale =
+        folder.write("run.dat", RunText{.count = "2s", .channels = 2}.bytes());
+    const std::string badRun = folder.write("run.data", RunText{}.bytes());
+    EXPECT_EQ(run(folder, "convert " + dunvale + " " + badRun),
+              dunvale + ": Dunvale File converted to " + folder.path("run1.cdf") + ", " +
+                  folder.path("run2.cdf") + ".\n" + badRun +
+                  ": Error: No Extension found in File \"" + badRun + "\"\n1");
     EXPECT_EQ(run(folder, "convert " + bad + " " + good), badLine + goodLine + "1");
     EXPECT_EQ(run(folder, "convert " + good + " " + huge), goodLine + hugeLine + "1");
 }

@@ -1,0 +1,72 @@
+#include "datetime/serial_date.h"
+
+#include "platform/text.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <limits>
+#include <string>
+
+namespace korlit {
+namespace {
+
+std::string decoded(double serial) {
+    SerialStamp stamp{.Serial = serial, .Fields = {}};
+    DecodeSerialDate(&stamp);
+    const StampFields& fields = stamp.Fields;
+    std::array<char, 64> text{};
+    formatText(text, "%d-%d-%d %d:%d:%d", fields.Year, fields.Month, fields.Day, fields.Hour,
+               fields.Minute, fields.Second);
+    return text.data();
+}
+
+double daytime(int hour, int minute, double second) {
+    return 38000 + (hour * 3600 + minute * 60 + second) / 86400;
+}
+
+TEST(SerialDate, DaysAndTimesAreThoseOfTheCalendar) {
+    const std::pair<double, const char*> cases[]{
+        {0.0, "1899-12-30 0:0:0"},
+        {0.5, "1899-12-31 12:0:0"},
+        {1.0, "1899-12-31 0:0:0"},
+        {1.75, "1899-12-31 18:0:0"},
+        {2.0, "1900-1-1 0:0:0"},
+        {60.0, "1900-2-28 0:0:0"},
+        {61.0, "1900-3-1 0:0:0"},
+        {366.0, "1900-12-31 0:0:0"},
+        {367.0, "1901-1-1 0:0:0"},
+        {732.0, "1902-1-1 0:0:0"},
+        {1462.0, "1904-1-1 0:0:0"},
+        {36526.0, "2000-1-1 0:0:0"},
+        {36585.0, "2000-2-29 0:0:0"},
+        {36891.0, "2000-12-31 0:0:0"},
+        {38717.0, "2005-12-31 0:0:0"},
+        {38718.0, "2006-1-1 0:0:0"},
+        {73109.0, "2100-2-28 0:0:0"},
+        {73110.0, "2100-3-1 0:0:0"},
+        {38000.5, "2004-1-14 12:0:0"},
+        {38000.25, "2004-1-14 6:0:0"},
+        {38000.35737268518, "2004-1-14 8:34:37"},
+        {daytime(10, 30, 59.3), "2004-1-14 10:30:59"},
+        {daytime(10, 30, 59.45), "2004-1-14 10:31:0"},
+        {daytime(12, 59, 59.5), "2004-1-14 12:60:0"},
+        {daytime(23, 59, 59.7), "2004-1-14 23:60:0"},
+    };
+    for (const auto& [serial, expected] : cases) {
+        EXPECT_EQ(decoded(serial), expected) << serial;
+    }
+}
+
+TEST(SerialDate, WhatHasNoDateIsDayZero) {
+    constexpr double lastDay = 23242572; // 31 December 65535, the last year that a stamp holds
+    EXPECT_EQ(decoded(lastDay + 0.5), "65535-12-31 12:0:0");
+    for (const double serial :
+         {-0.25, -1.5, -1e300, lastDay + 1.5, 2147483647.75, 2147483648.25, 1e300,
+          std::numeric_limits<double>::infinity(), std::numeric_limits<double>::quiet_NaN()}) {
+        EXPECT_EQ(decoded(serial), "1899-12-30 0:0:0") << serial;
+    }
+}
+
+} // namespace
+} // namespace korlit
