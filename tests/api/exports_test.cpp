@@ -131,7 +131,8 @@ TEST_F(ExportsTest, TakesAnyPathOfARun) {
         return Answer{0, path, "Error:\r\nNo Extension found in File\r\n\"" + path + "\"", true};
     };
     folder.write("run.data", bytes);
-    for (const std::string path : {"", "x", ".cd", "run", folder.path("run.data").c_str()}) {
+    for (const std::string& path : {std::string{}, std::string{"x"}, std::string{".cd"},
+                                    std::string{"run"}, folder.path("run.data")}) {
         EXPECT_EQ(callAsHost(dunvale2Andi, path, ""), noExtension(path));
     }
     for (const std::string name : {"missing.run", "folder.run"}) {
