@@ -132,7 +132,8 @@ void AddFloatColumn(AndiFile* file, const char* name, std::int32_t dimension,
     const auto* source = static_cast<const char*>(firstValue);
     const std::int32_t valueCount = std::min(count, column->ElementCount);
     for (std::int32_t i = 0; i < valueCount; ++i) {
-        std::memcpy(target + i * sizeof(float), source + i * stride, sizeof(float));
+        std::memcpy(target, source + i * stride, sizeof(float));
+        target += sizeof(float);
     }
 }
 

@@ -4,6 +4,8 @@
 #include "dunvale/peak_table.h"
 #include "platform/text.h"
 
+#include <algorithm>
+#include <array>
 #include <cstddef>
 #include <utility>
 
@@ -21,13 +23,13 @@ bool hasDimensions(const TemplateDimensions& dimensions, std::span<char> message
         {"iDimPeaks", dimensions.peaks},
         {"iDimLog", dimensions.errors},
     }};
-    for (const auto& [name, index] : needed) {
-        if (index == -1) {
-            formatText(message, noDimensionText, name);
-            return false;
-        }
+    const auto* missing =
+        std::ranges::find(needed, -1, [](const auto& each) { return each.second; });
+    if (missing == needed.end()) {
+        return true;
     }
-    return true;
+    formatText(message, noDimensionText, missing->first);
+    return false;
 }
 
 /// A text field ends at its last byte, whatever stands there.

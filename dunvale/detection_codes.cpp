@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <optional>
 
 namespace korlit {
@@ -18,7 +19,7 @@ enum class Code : std::uint8_t { None, Start, Stop };
 struct Transition {
     std::int32_t type;
     std::optional<std::int32_t> previousType; ///< nothing stands for any
-    int step;
+    std::size_t step;
     Code code = Code::None;
     float Results::*time = nullptr;
     const char* letter = nullptr;

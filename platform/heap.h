@@ -20,6 +20,7 @@ void deleteBytes(void* block);
 /// An array of `count` zero-filled items, or null as above.
 template <typename Item>
 Item* newItems(std::int64_t count) {
+    // NOLINTNEXTLINE(bugprone-sizeof-expression): an item may be a pointer, in a table of arrays
     return static_cast<Item*>(newBytes(count * std::int64_t{sizeof(Item)}));
 }
 

@@ -34,7 +34,7 @@ inline Answer callAsHost(Export function, const std::string& path,
                          const std::string& message = untouchedMessage) {
     const std::string canary(32, '\x5A');
     const std::size_t pathSize = path.size() + KORLIT_PATH_ROOM;
-    const std::size_t messageSize = std::max<std::size_t>(
+    const auto messageSize = std::max<std::size_t>(
         {path.size() + KORLIT_MESSAGE_ROOM, KORLIT_MESSAGE_MINIMUM, message.size() + 1});
     std::string pathBuffer = path;
     std::string messageBuffer = message;
