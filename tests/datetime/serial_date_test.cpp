@@ -28,6 +28,7 @@ double daytime(int hour, int minute, double second) {
 TEST(SerialDate, DaysAndTimesAreThoseOfTheCalendar) {
     const std::pair<double, const char*> cases[]{
         {0.0, "1899-12-30 0:0:0"},
+        {0.03125, "1899-12-31 0:45:0"},
         {0.5, "1899-12-31 12:0:0"},
         {1.0, "1899-12-31 0:0:0"},
         {1.75, "1899-12-31 18:0:0"},
