@@ -1,6 +1,7 @@
 #include "host/recognise.h"
 
 #include "dunvale/run_records.h"
+#include "native/native_records.h"
 
 #include <algorithm>
 #include <array>
@@ -8,48 +9,82 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <string_view>
 
 namespace korlit::host {
 
 namespace {
 
-bool isSliceFile(const std::string& file) {
+constexpr std::array<const char*, 4> kindNames{"unknown", "andi", "merivolta", "dunvale"};
+
+constexpr std::string_view andiSignature = "CDF\x01";
+
+/// The start of a file, as far as any format's test looks.
+struct FileStart {
+    std::array<char, sizeof(RunFileHead) + sizeof(RunInfo) + 2 + sizeof(SliHeadP)> bytes{};
+    std::int64_t length = 0;   ///< of what is in `bytes`
+    std::int64_t fileSize = 0; ///< -1 for what is no regular file
+};
+
+FileStart startOf(const std::string& file) {
+    FileStart start;
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(file, error)) {
+        return start;
+    }
+    start.fileSize = static_cast<std::int64_t>(std::filesystem::file_size(file, error));
+    std::ifstream in{file, std::ios::binary};
+    in.read(start.bytes.data(), start.bytes.size());
+    start.length = in.gcount();
+    return start;
+}
+
+bool isSliceName(const std::string& file) {
     std::string extension = std::filesystem::path{file}.extension().string();
     std::transform(extension.begin(), extension.end(), extension.begin(),
                    [](unsigned char letter) { return std::tolower(letter); });
-    return extension == ".sli";
+    return extension == sliceExtension;
 }
 
-/// The number of channels in the head of a run file; 0 for what is no plausible head.
-int channelsOfRun(const std::string& file) {
+template <typename Record>
+Record recordAt(const FileStart& start, std::size_t place) {
+    Record record{};
+    std::memcpy(&record, start.bytes.data() + place, sizeof record);
+    return record;
+}
+
+bool isPlausibleRun(const FileStart& start) {
     constexpr float lowestVersion = 1.0F;
     constexpr float highestVersion = 100.0F;
     constexpr std::size_t countPlace = sizeof(RunFileHead) + sizeof(RunInfo);
-    std::array<char, countPlace + sizeof(std::int16_t)> bytes{};
-    // What can't be read, a pipe or a folder for one, is left to the conversion to tell.
-    std::error_code ignored;
-    if (!std::filesystem::is_regular_file(file, ignored) ||
-        !std::ifstream{file, std::ios::binary}.read(bytes.data(), bytes.size())) {
-        return 0;
+    if (start.length < std::ssize(start.bytes)) {
+        return false;
     }
-    float version = 0.0F;
-    std::int16_t channelCount = 0;
-    std::memcpy(&version, bytes.data(), sizeof version);
-    std::memcpy(&channelCount, bytes.data() + countPlace, sizeof channelCount);
-    const bool isPlausible = version >= lowestVersion && version <= highestVersion &&
-                             channelCount >= 1 && channelCount <= maxChannels;
-    return isPlausible ? channelCount : 0;
+    const auto version = recordAt<float>(start, 0);
+    const auto channelCount = recordAt<std::int16_t>(start, countPlace);
+    const auto head = recordAt<SliHeadP>(start, countPlace + sizeof channelCount);
+    return version >= lowestVersion && version <= highestVersion && channelCount >= 1 &&
+           channelCount <= maxChannels && head.PointCount >= 0 &&
+           head.PointCount * std::int64_t{sizeof(float)} <= start.fileSize;
 }
 
 } // namespace
 
-Recognised recognise(const std::string& file) {
-    if (isSliceFile(file)) {
-        return {.kind = FileKind::SliceFile};
+const char* kindName(FileKind kind) {
+    return kindNames[static_cast<std::size_t>(kind)];
+}
+
+FileKind recognise(const std::string& file) {
+    const FileStart start = startOf(file);
+    const std::string_view bytes{start.bytes.data(), static_cast<std::size_t>(start.length)};
+    if (bytes.starts_with(andiSignature)) {
+        return FileKind::Andi;
     }
-    const int channelCount = channelsOfRun(file);
-    return channelCount == 0 ? Recognised{}
-                             : Recognised{.kind = FileKind::Run, .channelCount = channelCount};
+    if (isSliceName(file)) {
+        return start.fileSize >= std::int64_t{sizeof(SliHeader)} ? FileKind::Merivolta
+                                                                 : FileKind::Unknown;
+    }
+    return isPlausibleRun(start) ? FileKind::Dunvale : FileKind::Unknown;
 }
 
 } // namespace korlit::host

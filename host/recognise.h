@@ -6,16 +6,19 @@
 
 namespace korlit::host {
 
-enum class FileKind : std::uint8_t { Andi, SliceFile, Run };
+enum class FileKind : std::uint8_t { Unknown, Andi, Merivolta, Dunvale };
 
-struct Recognised {
-    FileKind kind = FileKind::Andi;
-    int channelCount = 0; ///< of a run
-};
+/// The word for a kind in options and output: "unknown", "andi", "merivolta", "dunvale".
+const char* kindName(FileKind kind);
 
-/// A slice file goes by its extension .sli. A run file has no signature: it is one whose head is
-/// plausible, with a version from 1 to 100 and one to nine channels. All else counts as ANDI, whose
-/// reader has the words for what isn't.
-Recognised recognise(const std::string& file);
+/// The kind of a regular file:
+///
+/// - ANDI by its signature, "CDF" and the version 1;
+/// - a slice file of a Merivolta pair by its extension .sli, in any case, and room for its header;
+/// - a Dunvale run, which has no signature, by a plausible head: a version from 1 to 100, one to
+///   nine channels, and a first signal that is not longer than the file.
+///
+/// Anything else is unknown, and so is what can't be read.
+FileKind recognise(const std::string& file);
 
 } // namespace korlit::host

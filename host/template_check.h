@@ -1,0 +1,17 @@
+// What in an ANDI file departs from the AIA chromatography template (ASTM E1947 and E1948).
+#pragma once
+
+#include "host/findings.h"
+
+#include <string_view>
+
+namespace korlit::host {
+
+/// Errors and warnings. The rules take the template as files in use keep to it: of what it demands
+/// only the core is missed, and whatever a file has beyond it is no finding.
+Findings departuresFromTemplate(const AndiImage& image);
+
+/// Whether a text is a date-time stamp of the calendar, as 20051012083437+0200.
+bool isStamp(std::string_view text);
+
+} // namespace korlit::host
