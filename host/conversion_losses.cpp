@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <iterator>
 #include <limits>
 
 namespace korlit::host {
@@ -186,14 +187,16 @@ void lookForTheRest(const Subject& subject, const RuleNotes& notes) {
     }
 }
 
+/// The rules that look at texts and peaks alone come first.
+constexpr std::size_t cutRuleCount = 3;
 constexpr std::array<Rule, 9> rules{{
+    {.id = "text-cut", .look = lookAtTexts},
+    {.id = "peak-table-left-out", .look = lookAtPeakTable},
+    {.id = "peak-name-cut", .look = lookAtPeakNames},
     {.id = "samples-cut", .look = lookAtSampleCount},
     {.id = "interval-cut", .look = lookAtInterval},
     {.id = "seconds-left-out", .look = lookAtSeconds},
     {.id = "zone-left-out", .look = lookAtZone},
-    {.id = "text-cut", .look = lookAtTexts},
-    {.id = "peak-table-left-out", .look = lookAtPeakTable},
-    {.id = "peak-name-cut", .look = lookAtPeakNames},
     {.id = "limit-left-out", .look = lookAtLimits},
     {.id = "no-place", .look = lookForTheRest},
 }};
@@ -202,6 +205,19 @@ constexpr std::array<Rule, 9> rules{{
 
 Findings lossesInPair(const AndiImage& image) {
     return findAll(rules, image);
+}
+
+std::vector<std::string> cutsInPair(const AndiImage& image) {
+    // Without the samples, of which there may be many.
+    const Subject subject{
+        .image = image, .samples = {}, .extremes = {}, .interval = 0.0, .isUniform = true};
+    Findings findings;
+    for (const auto& [id, look] : std::span{rules}.first<cutRuleCount>()) {
+        look(subject, {.findings = findings, .rule = id});
+    }
+    std::vector<std::string> cuts;
+    std::ranges::transform(findings, std::back_inserter(cuts), &Finding::message);
+    return cuts;
 }
 
 } // namespace korlit::host

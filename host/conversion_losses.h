@@ -8,4 +8,8 @@ namespace korlit::host {
 /// What the file has and a Merivolta pair made of it has not.
 Findings lossesInPair(const AndiImage& image);
 
+/// The words for those of them that a user would miss: texts and peak names that are cut, and a
+/// peak table that is left out.
+std::vector<std::string> cutsInPair(const AndiImage& image);
+
 } // namespace korlit::host

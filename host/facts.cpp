@@ -16,6 +16,7 @@ bool isCalendarDate(const std::string& year, const std::string& month, const std
         std::chrono::day{static_cast<unsigned>(std::stoul(day))}};
     return date.ok();
 }
+
 bool isFirstSmaller(double a, double b) {
     return !std::isnan(a) && (std::isnan(b) || a < b);
 }
@@ -23,6 +24,7 @@ bool isFirstSmaller(double a, double b) {
 bool isFirstSmallerButNan(double a, double b) {
     return !std::isnan(b) && (std::isnan(a) || a < b);
 }
+
 } // namespace
 
 std::optional<Stamp> stampIn(const std::string& text) {

@@ -1,6 +1,6 @@
 #include "host/job.h"
 
-#include "host/pair_losses.h"
+#include "host/conversion_losses.h"
 #include "platform/moves.h"
 #include "platform/temporary_folder.h"
 
@@ -121,7 +121,9 @@ void convert(const Job& job, Existing existing, const std::string& label, Outcom
         return;
     }
     if (plan.kind == FileKind::Andi) {
-        outcome.warnings = pairLosses(plan.source);
+        AndiImage image;
+        load(image, plan.source);
+        outcome.warnings = cutsInPair(image);
     }
     moveOut(plan, stage.path(), existing);
     outcome.status = JobStatus::Converted;

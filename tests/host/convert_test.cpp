@@ -221,7 +221,7 @@ TEST_F(Convert, TellsProgramsInJson) {
                         {"long.sli", "long.rpt"},
                         "converted",
                         "Wrote Merivolta file long.sli",
-                        {"sample_name is cut to 20 characters: 01234567890123456789"},
+                        {"sample_name is cut to 20 characters: \"01234567890123456789\""},
                         3,
                         0}};
     for (const Case& each : cases) {
@@ -257,12 +257,12 @@ TEST_F(Convert, WarnsOfWhatAPairCantHold) {
                        "char peak_name(peak_number, w); :operator_name = \"12345678901234567\"; "
                        ":detector_unit = \"0123456789\"; " +
                        data + R"(peak_name = "12345678901234", "123456789012345", "x"; })"),
-              "  warning: detector_unit is cut to 9 characters: 012345678\n"
-              "  warning: 1 peak name is cut to 14 characters\n");
+              "  warning: detector_unit is cut to 9 characters: \"012345678\"\n"
+              "  warning: 1 peak name cut to 14 characters, the first is \"123456789012345\"\n");
     for (const auto& [count, expected] :
          {std::pair{570, ""},
-          {571, "  warning: the table of 571 peaks is left out, since a report "
-                "holds at most 570\n"}}) {
+          {571, "  warning: the table of 571 peaks is left out: a pair holds at "
+                "most 570\n"}}) {
         EXPECT_EQ(warnings("peak_number = " + std::to_string(count) + "; variables: " + signal +
                            "float peak_retention_time(peak_number); " + data + "}"),
                   expected);

@@ -112,6 +112,7 @@ TEST(PlotLabels, MoveAsLittleAsTheyCan) {
              {{99, 100}, {81.25, 93.75}, true},
          }) {
         std::vector<Label> labels;
+        labels.reserve(anchors.size());
         for (const double anchor : anchors) {
             labels.push_back({.anchor = anchor, .length = 10});
         }
@@ -139,10 +140,12 @@ TEST(PlotLabels, CoverNeitherEachOtherNorTheSignalNorTheEdge) {
     constexpr double height = 300;
     const Range bounds{.from = 60, .to = 960};
     std::vector<double> anchors;
+    anchors.reserve(500);
     for (int i = 0; i < 500; ++i) {
         anchors.push_back(510 + 450 * std::sin(i * 1.7));
     }
     std::vector<LinePoint> line;
+    line.reserve(901);
     for (int x = 60; x <= 960; ++x) {
         line.push_back({.x = static_cast<double>(x), .y = 50 * std::sin(x / 15.0) - 20});
     }
@@ -177,7 +180,7 @@ TEST(PlotTexts, ShowWhatHasAPicture) {
              {"\xC3\xA4\xE2\x82\xAC", "\xC3\xA4\xE2\x82\xAC"},
              {"a\x01\x7F\xC2\x85z", "a   z"},
              {"x\xEF\xBF\xBF\xF0\x9F\xBF\xBEy\xEF\xB7\x90", "x  y"},
-             {"\xE2\x80\xAEtxt", "txt"},
+             {"\xE2\x80\xA8txt", "txt"},
              {"\xF0\x9F\x98\x80", "\xF0\x9F\x98\x80"},
              {" \t", ""},
          }) {
