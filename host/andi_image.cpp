@@ -24,9 +24,13 @@ std::string messageFor(const std::string& path) {
     return message;
 }
 
+std::string untilNul(const char* text, std::size_t limit) {
+    return std::string{text, std::find(text, text + limit, '\0')};
+}
+
 /// What a failed call has told, in `message` or in the box that it showed.
 std::string reasonOf(const std::string& message, const StandardErrorCapture& boxes) {
-    std::string reason = message.data();
+    std::string reason = untilNul(message.data(), message.size());
     if (reason.empty()) {
         reason = boxes.text();
         reason.erase(reason.find_last_not_of('\n') + 1);
@@ -45,10 +49,6 @@ std::vector<double> elements(const AndiVariable& variable) {
         number = static_cast<double>(element);
     }
     return numbers;
-}
-
-std::string untilNul(const char* text, std::size_t limit) {
-    return std::string{text, std::find(text, text + limit, '\0')};
 }
 
 } // namespace

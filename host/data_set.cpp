@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cmath>
 #include <filesystem>
 #include <span>
 #include <stdexcept>
@@ -36,6 +37,15 @@ bool isInMinutes(const AndiImage& image) {
 double firstNumber(const AndiImage& image, const std::string& key) {
     const std::vector<double> numbers = numbersOf(variableOf(image, key));
     return numbers.empty() ? numberIn(textOf(image, key)) : numbers.front();
+}
+
+/// The sampling interval in minutes. A file has it as a float, and over thousands of samples what
+/// that cut off adds up: where it is a whole number of milliseconds, it is taken for just that.
+double samplingInterval(double stored, double msPerUnit) {
+    constexpr double msPerMinute = 60000.0;
+    const double milliseconds = std::round(stored * msPerUnit);
+    const bool isWhole = static_cast<float>(milliseconds / msPerUnit) == static_cast<float>(stored);
+    return (isWhole ? milliseconds : stored * msPerUnit) / msPerMinute;
 }
 
 std::string withoutSeparators(std::string name) {
@@ -84,7 +94,8 @@ DataSet dataSetOf(const std::string& andiFile) {
     set.samplePosition = textOf(image, "autosamplerposition").value_or("");
     set.detectorUnit = textOf(image, "detectorunit").value_or("");
     set.signal = numbersOf(variableOf(image, "ordinatevalues"));
-    set.samplingInterval = firstNumber(image, "actualsamplinginterval") * minutesPerUnit;
+    set.samplingInterval = samplingInterval(firstNumber(image, "actualsamplinginterval"),
+                                            isInMinutes(image) ? 60000.0 : 1000.0);
     set.delayTime = firstNumber(image, "actualdelaytime") * minutesPerUnit;
     const std::string flag = textOf(image, "uniformsamplingflag").value_or("Y");
     set.isUniform = flag.starts_with('Y') || flag.starts_with('y');

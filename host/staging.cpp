@@ -187,7 +187,7 @@ StagedResult convertStaged(const Plan& plan, const fs::path& stage) {
     path.resize(path.size() + KORLIT_PATH_ROOM);
     const StandardErrorCapture boxes;
     StagedResult result{.isConverted = exportOf(plan.kind)(path.data(), message.data()) == 1,
-                        .message = message.data()};
+                        .message = message.substr(0, message.find('\0'))};
     if (result.message.empty()) {
         result.message = result.isConverted ? runText(plan) : boxes.text();
     }
