@@ -1,6 +1,6 @@
 #include "host/conversion_losses.h"
 
-#include "host/template_check.h"
+#include "host/stamp_text.h"
 #include "host/text_output.h"
 #include "native/native_records.h"
 #include "platform/text.h"
@@ -105,7 +105,7 @@ void lookAtInterval(const Subject& subject, const RuleNotes& notes) {
 void lookAtSeconds(const Subject& subject, const RuleNotes& notes) {
     const char* name = stampName(subject.image);
     const std::string stamp = textOf(subject.image, keyOf(name)).value_or("");
-    if (isStamp(stamp) && stamp.substr(12, 2) != "00") {
+    if (stampIn(stamp) && stamp.substr(12, 2) != "00") {
         notes.add(Severity::Loss,
                   "the seconds of " + std::string{name} + " " + stamp + " are left out");
     }
@@ -114,7 +114,7 @@ void lookAtSeconds(const Subject& subject, const RuleNotes& notes) {
 void lookAtZone(const Subject& subject, const RuleNotes& notes) {
     const char* name = stampName(subject.image);
     const std::string stamp = textOf(subject.image, keyOf(name)).value_or("");
-    if (isStamp(stamp)) {
+    if (stampIn(stamp)) {
         notes.add(Severity::Loss,
                   "the zone offset of " + std::string{name} + " " + stamp + " is left out");
     }

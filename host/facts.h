@@ -5,19 +5,9 @@
 
 #include <cstddef>
 #include <optional>
-#include <string>
 #include <vector>
 
 namespace korlit::host {
-
-/// The parts of an injection stamp such as 20051012083437+0200.
-struct Stamp {
-    std::string date;   ///< 2005-10-12
-    std::string time;   ///< 08:34:37
-    std::string offset; ///< +02:00
-};
-/// Nothing for a text that is no stamp.
-std::optional<Stamp> stampIn(const std::string& text);
 
 struct Extremes {
     std::size_t minimum; ///< index of the sample

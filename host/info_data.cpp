@@ -1,6 +1,7 @@
 #include "host/info_data.h"
 
 #include "host/facts.h"
+#include "host/stamp_text.h"
 #include "host/text_output.h"
 
 #include <algorithm>

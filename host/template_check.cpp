@@ -1,11 +1,11 @@
 #include "host/template_check.h"
 
+#include "host/stamp_text.h"
 #include "host/text_output.h"
 #include "platform/text.h"
 
 #include <algorithm>
 #include <array>
-#include <chrono>
 #include <cmath>
 #include <functional>
 
@@ -107,18 +107,6 @@ const AndiVariable* variableNamed(const AndiImage& image, const char* name) {
 
 const AndiDimension& dimensionAt(const AndiImage& image, const AndiVariable& variable, int place) {
     return image.file.Dimensions[variable.DimensionIds[static_cast<std::size_t>(place)]];
-}
-
-/// A number of digits at the start of a text, which is taken off it; -1 if they aren't digits.
-int takeNumber(std::string_view& text, std::size_t width) {
-    const std::string_view digits = text.substr(0, width);
-    text.remove_prefix(digits.size());
-    const bool isNumber = digits.size() == width && std::ranges::all_of(digits, isDigit);
-    return isNumber ? readLong(digits).value_or(-1) : -1;
-}
-
-bool isWithin(int number, int last) {
-    return number >= 0 && number <= last;
 }
 
 std::string quoted(const std::string& text) {
@@ -297,7 +285,7 @@ void lookAtStamps(const Subject& subject, const RuleNotes& notes) {
         const auto text = textOf(subject.image, keyOf(name));
         if (text && text->empty()) {
             notes.add(warning, std::string{name} + " is empty");
-        } else if (text && !isStamp(*text)) {
+        } else if (text && !stampIn(*text)) {
             notes.add(error, std::string{name} + " " + quoted(*text) +
                                  " is no date and time as YYYYMMDDhhmmss+hhmm");
         }
@@ -435,24 +423,6 @@ constexpr std::array<Rule, 19> rules{{
 
 Findings departuresFromTemplate(const AndiImage& image) {
     return findAll(rules, image);
-}
-
-bool isStamp(std::string_view text) {
-    using namespace std::chrono;
-    constexpr std::size_t signPlace = 14;
-    constexpr int lastZoneHour = 14;
-    constexpr int lastSecond = 60; // a leap second
-    if (text.size() <= signPlace || (text[signPlace] != '+' && text[signPlace] != '-')) {
-        return false;
-    }
-    std::string_view zone = text.substr(signPlace + 1);
-    const year_month_day date{year{takeNumber(text, 4)},
-                              month{static_cast<unsigned>(takeNumber(text, 2))},
-                              day{static_cast<unsigned>(takeNumber(text, 2))}};
-    return date.ok() && date.year() > year{0} && isWithin(takeNumber(text, 2), 23) &&
-           isWithin(takeNumber(text, 2), 59) && isWithin(takeNumber(text, 2), lastSecond) &&
-           isWithin(takeNumber(zone, 2), lastZoneHour) && isWithin(takeNumber(zone, 2), 59) &&
-           zone.empty();
 }
 
 } // namespace korlit::host

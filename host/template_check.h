@@ -3,15 +3,10 @@
 
 #include "host/findings.h"
 
-#include <string_view>
-
 namespace korlit::host {
 
 /// Errors and warnings. The rules take the template as files in use keep to it: of what it demands
 /// only the core is missed, and whatever a file has beyond it is no finding.
 Findings departuresFromTemplate(const AndiImage& image);
-
-/// Whether a text is a date-time stamp of the calendar, as 20051012083437+0200.
-bool isStamp(std::string_view text);
 
 } // namespace korlit::host
