@@ -286,7 +286,7 @@ TEST_F(Convert, ShardsTogetherTakeEachFileOnce) {
     EXPECT_EQ(filesIn("in"), 60U + 12 + 60 / 5 * outputsOfFive);
 }
 
-TEST_F(Convert, AKilledWorkerCostsItsOneFile) {
+TEST_F(Convert, EachKilledWorkerCostsOneFile) {
     constexpr std::size_t count = 600;
     makeArchive(count);
     const std::string script = folder.write(
@@ -294,19 +294,27 @@ TEST_F(Convert, AKilledWorkerCostsItsOneFile) {
                        "\n" BUILT_COMMAND " convert in -d out -j 2 >lines 2>sums &\n"
                        "parent=$!\n"
                        "until [ -s lines ]; do sleep 0.01; done\n"
-                       "kill -KILL $(cut -d' ' -f1 /proc/$parent/task/$parent/children)\n"
+                       "for i in 1 2 3 4 5; do\n"
+                       "  kill -KILL $(cut -d' ' -f1 /proc/$parent/task/$parent/children)\n"
+                       "  sleep 0.03\n"
+                       "done 2>/dev/null\n"
                        "wait $parent\n");
     EXPECT_EQ(WEXITSTATUS(std::system(("sh " + script).c_str())), 1);
     const std::string lines = readFile(folder.path("lines"));
-    const std::size_t killed = lines.find(": Not converted, its process was killed by signal 9\n");
-    ASSERT_NE(killed, std::string::npos);
-    EXPECT_EQ(lines.find("its process", killed + 40), std::string::npos) << "one alone";
-    EXPECT_TRUE(readFile(folder.path("sums")).starts_with("479 converted, 121 failed, 0 skipped"))
-        << readFile(folder.path("sums"));
-    EXPECT_EQ(list("out").find('.' + std::string{"korlit"}), std::string::npos);
-    // The killed one and nothing else is left to do.
+    int killed = 0;
+    const std::string words = ": Not converted, its process was killed by signal 9\n";
+    for (auto at = lines.find(words); at != std::string::npos; at = lines.find(words, at + 1)) {
+        ++killed;
+    }
+    EXPECT_TRUE(killed >= 1 && killed <= 5) << killed;
+    EXPECT_EQ(list("out").find(".korlit"), std::string::npos);
+    // Those killed may have been broken ones, or had all their files in place already; but nothing
+    // else is left to do.
+    const auto convertedOf = [](const std::string& sums) { return std::stoi(sums); };
+    EXPECT_GE(convertedOf(readFile(folder.path("sums"))), 480 - killed);
     const CommandResult again = convert("in -d out --skip-existing");
-    EXPECT_TRUE(again.errors.starts_with("1 converted, 120 failed, 479 skipped")) << again;
+    EXPECT_LE(convertedOf(again.errors), killed);
+    EXPECT_NE(again.errors.find(" converted, 120 failed, "), std::string::npos) << again.errors;
     EXPECT_EQ(filesIn("out"), count / 5 * outputsOfFive);
 }
 

@@ -29,7 +29,9 @@ inline CommandResult runCommand(const TempFolder& folder, const std::string& arg
     const std::string output = folder.path(".output");
     const std::string errors = folder.path(".errors");
     const std::string line = "cd " + folder.path("") + " && " + environment +
-                             " " BUILT_COMMAND " " + arguments + " >" + output + " 2>" + errors;
+                             " LSAN_OPTIONS=suppressions=" FOREIGN_LEAKS
+                             ":print_suppressions=0 " BUILT_COMMAND " " +
+                             arguments + " >" + output + " 2>" + errors;
     const int status = std::system(line.c_str());
     return {.status = WEXITSTATUS(status), .output = readFile(output), .errors = readFile(errors)};
 }
