@@ -14,15 +14,16 @@ namespace {
 
 constexpr std::array<const char*, 3> severityNames{"error", "warning", "loss"};
 
-std::optional<Extremes> extremesOf(std::span<const double> samples) {
-    std::optional<Extremes> extremes;
+std::optional<SampleRange> extremesOf(std::span<const double> samples) {
+    std::optional<SampleRange> extremes;
     for (const double sample : samples) {
         if (!std::isfinite(sample)) {
             continue;
         }
-        const Extremes soFar = extremes.value_or(Extremes{.smallest = sample, .largest = sample});
-        extremes = Extremes{.smallest = std::min(soFar.smallest, sample),
-                            .largest = std::max(soFar.largest, sample)};
+        const SampleRange soFar =
+            extremes.value_or(SampleRange{.smallest = sample, .largest = sample});
+        extremes = SampleRange{.smallest = std::min(soFar.smallest, sample),
+                               .largest = std::max(soFar.largest, sample)};
     }
     return extremes;
 }
@@ -38,7 +39,7 @@ double numberOf(const AndiImage& image, const char* templateName) {
 }
 
 /// What a limit and an extreme may differ by, being floats on their way through some calculation.
-double tolerance(const Extremes& extremes, double extreme) {
+double tolerance(const SampleRange& extremes, double extreme) {
     constexpr double shareOfSpan = 1e-6;
     return std::max((extremes.largest - extremes.smallest) * shareOfSpan,
                     std::abs(extreme) * double{std::numeric_limits<float>::epsilon()});

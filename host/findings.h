@@ -31,7 +31,7 @@ struct Finding {
 
 using Findings = std::vector<Finding>;
 
-struct Extremes {
+struct SampleRange {
     double smallest;
     double largest;
 };
@@ -40,8 +40,8 @@ struct Extremes {
 struct Subject {
     const AndiImage& image;
     std::vector<double> samples;
-    std::optional<Extremes> extremes; ///< of the finite samples, if there are any
-    double interval;                  ///< in the file's unit; NaN if there is no number
+    std::optional<SampleRange> extremes; ///< of the finite samples, if there are any
+    double interval;                     ///< in the file's unit; NaN if there is no number
     bool isUniform;
 };
 
