@@ -18,6 +18,7 @@ bool CFile::Open(const char* path) {
     }
     descriptor = openRegularFile(path);
     position = 0;
+    isAtEnd = false;
     if (descriptor >= 0) {
         countHeldFiles(+1);
     }
@@ -27,15 +28,17 @@ bool CFile::Open(const char* path) {
 std::int64_t CFile::Read(void* target, std::int64_t byteCount) {
     const FaultKind fault = faultAt(FaultPoint::Read);
     bool hasFailed = fault == FaultKind::Fail;
-    const std::int64_t wanted = fault == FaultKind::CutShort ? byteCount / 2 : byteCount;
+    const std::int64_t left = hasFailed || isAtEnd ? 0 : byteCount;
+    const std::int64_t wanted = fault == FaultKind::CutShort ? left / 2 : left;
     auto* bytes = static_cast<char*>(target);
-    const std::int64_t moved = transferAll(hasFailed ? 0 : wanted, [&](std::int64_t done) {
+    const std::int64_t moved = transferAll(wanted, [&](std::int64_t done) {
         const ssize_t count = pread(descriptor, bytes + done,
                                     static_cast<std::size_t>(wanted - done), position + done);
         hasFailed = count < 0 && errno != EINTR;
         return count;
     });
     position += moved;
+    isAtEnd = isAtEnd || (!hasFailed && moved < byteCount);
     return hasFailed ? -1 : moved;
 }
 

@@ -18,7 +18,8 @@ class CFile {
     bool Open(const char* path);
 
     /// Reads up to `byteCount` bytes from where the last read ended. Answers the number read, fewer
-    /// only at the end of the file, and -1 if the system failed.
+    /// only at the end of the file, and -1 if the system failed. An end that was met is final: what
+    /// a growing file gets behind it would be taken for other records.
     std::int64_t Read(void* target, std::int64_t byteCount);
 
     void Close();
@@ -26,6 +27,7 @@ class CFile {
   private:
     int descriptor = -1;
     std::int64_t position = 0;
+    bool isAtEnd = false;
 };
 
 } // namespace korlit

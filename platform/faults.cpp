@@ -10,7 +10,7 @@ struct ArmedFault {
     FaultPoint point = FaultPoint::Allocate;
     FaultKind kind = FaultKind::None;
     std::int64_t arrivalsLeft = 0;
-    bool lasting = false;
+    bool hasStruck = false;
 };
 
 ArmedFault armed;
@@ -20,12 +20,14 @@ std::int64_t heldLibraries = 0;
 
 } // namespace
 
-void armFault(FaultPoint point, std::int64_t nth, FaultKind kind, bool lasting) {
-    armed = {.point = point, .kind = kind, .arrivalsLeft = nth, .lasting = lasting};
+void armFault(FaultPoint point, std::int64_t nth, FaultKind kind) {
+    armed = {.point = point, .kind = kind, .arrivalsLeft = nth};
 }
 
-void disarmFault() {
+bool disarmFault() {
+    const bool hasStruck = armed.hasStruck;
     armed = {};
+    return hasStruck;
 }
 
 FaultKind faultAt(FaultPoint point) {
@@ -33,8 +35,8 @@ FaultKind faultAt(FaultPoint point) {
         return FaultKind::None;
     }
     --armed.arrivalsLeft;
-    const bool isDue = armed.arrivalsLeft == 0 || (armed.lasting && armed.arrivalsLeft < 0);
-    return isDue ? armed.kind : FaultKind::None;
+    armed.hasStruck = armed.hasStruck || armed.arrivalsLeft == 0;
+    return armed.arrivalsLeft == 0 ? armed.kind : FaultKind::None;
 }
 
 std::int64_t heldBlockCount() {

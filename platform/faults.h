@@ -10,7 +10,18 @@
 namespace korlit {
 
 /// What can be made to fail. A point is reached once for each call of the service.
-enum class FaultPoint : std::uint8_t { Allocate, Lock, Open, Create, Read, Write, Seek, Close };
+enum class FaultPoint : std::uint8_t {
+    Allocate,
+    Lock,
+    Load,
+    Open,
+    Create,
+    Read,
+    Write,
+    Seek,
+    Close,
+    New, ///< memory of the C++ runtime: no service of this layer, asked by the tests' operator new
+};
 
 enum class FaultKind : std::uint8_t {
     None,
@@ -20,13 +31,12 @@ enum class FaultKind : std::uint8_t {
 
 #ifdef KORLIT_FAULTS
 
-/// Arms one fault: from now on the `nth` arrival (1 is the next) at `point` meets `kind`, and so
-/// does every arrival behind it if `lasting`. Replaces what was armed before.
-void armFault(FaultPoint point, std::int64_t nth, FaultKind kind = FaultKind::Fail,
-              bool lasting = false);
+/// Arms one fault: from now on the `nth` arrival (1 is the next) at `point` meets `kind`. Replaces
+/// what was armed before.
+void armFault(FaultPoint point, std::int64_t nth, FaultKind kind = FaultKind::Fail);
 
-/// No fault is armed from here on.
-void disarmFault();
+/// No fault is armed from here on. Answers whether the one that was has struck.
+bool disarmFault();
 
 /// Counts one arrival at `point` and answers what is to happen there.
 FaultKind faultAt(FaultPoint point);

@@ -202,12 +202,13 @@ std::int64_t _hwrite(int handle, const void* source, std::int64_t byteCount) {
 
 std::int64_t _llseek(int handle, std::int64_t offset, SeekOrigin origin) {
     OpenFile* file = openFileOf(handle);
-    if (file == nullptr || faultAt(FaultPoint::Seek) != FaultKind::None) {
+    if (file == nullptr) {
         return fileError;
     }
-    const bool isFromNowhere = origin == SeekOrigin::Current && file->position == nowhere;
+    const bool hasFailed = faultAt(FaultPoint::Seek) != FaultKind::None ||
+                           (origin == SeekOrigin::Current && file->position == nowhere);
     std::int64_t place = origin == SeekOrigin::Start ? 0 : file->position;
-    if (isFromNowhere || __builtin_add_overflow(place, offset, &place) || place < 0) {
+    if (hasFailed || __builtin_add_overflow(place, offset, &place) || place < 0) {
         file->position = nowhere;
         return fileError;
     }

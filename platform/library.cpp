@@ -21,6 +21,9 @@ std::string fileNameOf(std::string_view name) {
 } // namespace
 
 LibraryHandle LoadLibraryA(const char* name) {
+    if (faultAt(FaultPoint::Load) != FaultKind::None) {
+        return nullptr;
+    }
     auto* library =
         static_cast<LibraryHandle>(dlopen(fileNameOf(name).c_str(), RTLD_NOW | RTLD_LOCAL));
     if (library != nullptr) {

@@ -17,11 +17,15 @@ constexpr std::int64_t maxProfileSize = 64 * 1024L;
 
 std::string readProfile() {
     const char* path = std::getenv("KORLIT_PROFILE");
-    const int file = path == nullptr ? fileError : _lopen(path);
+    if (path == nullptr) {
+        return {};
+    }
+    // Ahead of the file, which nobody would close if this found no memory.
+    std::string content(maxProfileSize, '\0');
+    const int file = _lopen(path);
     if (file == fileError) {
         return {};
     }
-    std::string content(maxProfileSize, '\0');
     const std::int64_t size = _hread(file, content.data(), maxProfileSize);
     _lclose(file);
     content.resize(size < 0 ? 0 : static_cast<std::size_t>(size));

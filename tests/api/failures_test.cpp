@@ -1,4 +1,4 @@
-// An export with memory running out anywhere and with every broken file.
+// An export with every broken file.
 #include "api/guard.h"
 #include "tests/support/andi_text.h"
 #include "tests/support/host_call.h"
@@ -28,43 +28,6 @@ class FailuresTest : public ModuleTest {
     std::string slice = folder.write("run.sli", "old slice");
     std::string report = folder.write("run.rpt", "old report");
 };
-
-TEST_F(FailuresTest, MemoryRunsOutAnywhere) {
-    struct Case {
-        Export function;
-        std::string from, to;
-    };
-    // What finds no memory but isn't needed is left out of a file that is good otherwise: the peak
-    // table of a report, an attribute or a variable of an ANDI file.
-    for (const Case& each :
-         {Case{Andi2Merivolta, source, report}, {Merivolta2Andi, slice, source}}) {
-        for (const FaultPoint point : {FaultPoint::Allocate, FaultPoint::Lock}) {
-            // The conversion without a fault comes first, with the whole file. The sweep ends at
-            // the first request that the flow doesn't reach.
-            std::size_t wholeSize = 0;
-            std::size_t size = 0;
-            int nth = 0;
-            for (; nth < 300 && (nth < 2 || size != wholeSize); ++nth) {
-                folder.write("run.rpt", newReport);
-                folder.write("run.sli", newSlice);
-                folder.write("run.cdf", twoPeaks);
-                armFault(point, nth);
-                Answer answer;
-                const std::string box =
-                    boxOf([&] { answer = callAsHost(each.function, each.from); });
-                // The name of a dimension that variables need is the one block without words.
-                const bool isTold = answer.message != untouchedMessage || !box.empty();
-                EXPECT_TRUE(isTold || (each.to == source && answer.result == 0)) << nth;
-                EXPECT_TRUE(answer.areBuffersKept);
-                size = answer.result == 1 ? readFile(each.to).size() : 0;
-                wholeSize = nth == 0 ? size : wholeSize;
-                EXPECT_LE(size, wholeSize);
-                expectNothingLeft();
-            }
-            EXPECT_TRUE(nth > 40 && size == wholeSize) << nth;
-        }
-    }
-}
 
 TEST_F(FailuresTest, AFileCutAnywhereIsTold) {
     struct Case {
@@ -118,54 +81,6 @@ TEST_F(FailuresTest, AFileWithAnyByteChangedDoesNoHarm) {
         }
     });
     expectNothingLeft();
-}
-
-TEST_F(FailuresTest, EachBlockOfARunAndEachVariableItNeedsTellsItsLackOfMemory) {
-    // In the order in which the flow reaches them. Without the dimension of its width a text
-    // variable can't be added, and that of the codes stands ahead of that of the names.
-    std::vector<std::string> ofRun;
-    for (const std::string block :
-         {"lpSliHeadP", "plpfData", "plpfData[0]", "lpResHead", "plpResults", "plpPeaks",
-          "plpResults[0]", "plpPeaks[0]", "lpAnno", "lpTimeTable", "lpTTLine", "lpPeakWin",
-          "lpPeakWin2"}) {
-        ofRun.push_back("Out of Memory !!!\r\nNo Mem for " + block + ".");
-    }
-    std::vector<std::string> ofChannel;
-    for (const std::string what :
-         {"AddAndiMatrix(\"peak_start_detection_code\") returned NULL.",
-          "AddAndiMatrix(\"peak_name\") returned NULL.", "iDimPoints = -1", "iDimPeaks = -1",
-          "iDimLog = -1", "AddAndiVector(\"ordinate_values\") returned NULL.",
-          "AddAndiMatrix(\"peak_name\") returned NULL.",
-          "AddAndiMatrix(\"peak_start_detection_code\") returned NULL.",
-          "AddAndiMatrix(\"peak_stop_detection_code\") returned NULL."}) {
-        ofChannel.push_back("Error(s) occurred !!!\r\n" + what);
-    }
-    const std::string run = folder.write("run.dat", RunText{}.bytes());
-    ASSERT_EQ(callAsHost(Dunvale2Andi, run, "").result, 1);
-    const std::size_t wholeSize = readFile(folder.path("run1.cdf")).size();
-    for (const FaultPoint point : {FaultPoint::Allocate, FaultPoint::Lock}) {
-        // The run's own blocks need no lock.
-        auto expected = point == FaultPoint::Allocate ? ofRun : std::vector<std::string>{};
-        expected.insert(expected.end(), ofChannel.begin(), ofChannel.end());
-        std::vector<std::string> told;
-        std::size_t size = 0;
-        for (int nth = 1; size != wholeSize && nth < 300; ++nth) {
-            std::filesystem::remove(folder.path("run1.cdf"));
-            armFault(point, nth);
-            Answer answer;
-            boxOf([&] { answer = callAsHost(Dunvale2Andi, run, ""); });
-            EXPECT_EQ(answer.message.empty(), answer.result == 1) << nth;
-            if (answer.result == 0 && (told.empty() || told.back() != answer.message)) {
-                told.push_back(answer.message);
-            }
-            size = readFile(folder.path("run1.cdf")).size();
-            EXPECT_EQ(size > 0, answer.result == 1);
-            EXPECT_TRUE(answer.areBuffersKept);
-            expectNothingLeft();
-        }
-        EXPECT_EQ(size, wholeSize);
-        EXPECT_EQ(told, expected);
-    }
 }
 
 TEST_F(FailuresTest, ARunCutAnywhereIsConvertedAsFarAsItGoes) {

@@ -1,3 +1,4 @@
+#include "platform/cfile.h"
 #include "platform/files.h"
 #include "platform/global_memory.h"
 #include "platform/profile.h"
@@ -79,6 +80,20 @@ TEST_F(Files, WritesThroughAndPastTheWindow) {
     EXPECT_EQ(_hwrite(full, "x", 1), 1);
     EXPECT_EQ(_hwrite(full, "x", 1), 0);
     EXPECT_EQ(_lclose(full), fileError);
+}
+
+TEST_F(Files, TheEndOfAFileThatGrowsIsFinal) {
+    CFile file;
+    char bytes[4]{};
+    ASSERT_TRUE(file.Open(folder.write("x", "abc").c_str()));
+    EXPECT_EQ(file.Read(bytes, 2), 2);
+    EXPECT_EQ(file.Read(bytes, 2), 1);
+    folder.write("x", "abcdefgh");
+    EXPECT_EQ(file.Read(bytes, 0), 0);
+    EXPECT_EQ(file.Read(bytes, 4), 0);
+    EXPECT_STREQ(bytes, "cb");
+    ASSERT_TRUE(file.Open(folder.path("x").c_str()));
+    EXPECT_EQ(file.Read(bytes, 4), 4);
 }
 
 TEST_F(Files, OpensRegularFilesOnly) {
