@@ -11,6 +11,7 @@
 #include <cerrno>
 #include <cstddef>
 #include <cstring>
+#include <limits>
 
 namespace korlit {
 
@@ -19,14 +20,23 @@ namespace {
 constexpr std::int64_t windowSize = 65536;
 constexpr std::int64_t nowhere = -1;
 
+/// A stretch of the file in memory: bytes that were read, or that are still to be written.
+struct Window {
+    std::int64_t start = 0;
+    std::int64_t length = 0;
+    std::array<std::byte, windowSize> bytes;
+
+    std::int64_t end() const { return start + length; }
+};
+
 struct OpenFile {
     int descriptor = -1;
+    bool isWritten = false;
+    bool hasFailed = false; ///< a write that was reported as done did not reach the file
     std::int64_t position = 0;
-    std::int64_t windowStart = 0;
-    std::int64_t windowLength = 0;
-    bool isGathering = false; ///< the window holds bytes that are still to be written
-    bool hasFailed = false;   ///< a write that was reported as done did not reach the file
-    std::array<std::byte, windowSize> window;
+    std::size_t latest = 0; ///< the window that was used last
+    // A header and the data far behind it are read, and written, by turns.
+    std::array<Window, 2> windows;
 };
 
 // A conversion holds at most three files at a time. Handles are 1 and up, so that 0 can stand for
@@ -42,15 +52,17 @@ OpenFile* openFileOf(int handle) {
 }
 
 /// Takes over the descriptor; closes it if there is no room.
-int newHandle(int descriptor) {
+int newHandle(int descriptor, bool isWritten) {
     for (std::size_t slot = 0; slot < openFiles.size(); ++slot) {
         OpenFile& file = openFiles[slot];
         if (file.descriptor < 0) {
             file.descriptor = descriptor;
-            file.position = 0;
-            file.windowLength = 0;
-            file.isGathering = false;
+            file.isWritten = isWritten;
             file.hasFailed = false;
+            file.position = 0;
+            for (Window& window : file.windows) {
+                window.length = 0;
+            }
             countHeldFiles(+1);
             return static_cast<int>(slot) + 1;
         }
@@ -59,10 +71,11 @@ int newHandle(int descriptor) {
     return fileError;
 }
 
-std::int64_t readAt(int descriptor, std::byte* target, std::int64_t byteCount,
+/// Reads `byteCount` bytes and as many of the `room` as come along with them.
+std::int64_t readAt(int descriptor, std::byte* target, std::int64_t byteCount, std::int64_t room,
                     std::int64_t position) {
     return transferAll(byteCount, [&](std::int64_t done) {
-        return pread(descriptor, target + done, static_cast<std::size_t>(byteCount - done),
+        return pread(descriptor, target + done, static_cast<std::size_t>(room - done),
                      position + done);
     });
 }
@@ -75,55 +88,100 @@ std::int64_t writeAt(int descriptor, const std::byte* source, std::int64_t byteC
     });
 }
 
-std::int64_t bytesInWindow(const OpenFile& file, std::int64_t position) {
-    const std::int64_t behindStart = position - file.windowStart;
-    return behindStart < 0 ? 0 : std::max<std::int64_t>(0, file.windowLength - behindStart);
+Window& useOlderWindow(OpenFile& file) {
+    file.latest = 1 - file.latest;
+    return file.windows[file.latest];
 }
 
-/// Takes bytes at the position from the window, as far as it holds them.
-std::int64_t takeFromWindow(OpenFile& file, std::byte* target, std::int64_t byteCount) {
-    const std::int64_t taken = std::min(byteCount, bytesInWindow(file, file.position));
-    if (taken > 0) {
-        std::memcpy(target, file.window.data() + (file.position - file.windowStart),
-                    static_cast<std::size_t>(taken));
-        file.position += taken;
+/// Takes bytes at the position from the latest window, as far as it holds them.
+std::int64_t takeFromLatest(OpenFile& file, std::byte* target, std::int64_t byteCount) {
+    const Window& window = file.windows[file.latest];
+    const std::int64_t taken = std::min(byteCount, window.end() - file.position);
+    if (file.position < window.start || taken <= 0) {
+        return 0;
     }
+    std::memcpy(target, window.bytes.data() + (file.position - window.start),
+                static_cast<std::size_t>(taken));
+    file.position += taken;
     return taken;
 }
 
+/// Reads what the windows don't hold: straight to the target, or by way of the latest window.
+std::int64_t readBehind(OpenFile& file, std::byte* target, std::int64_t byteCount) {
+    if (byteCount >= windowSize) {
+        const std::int64_t moved =
+            readAt(file.descriptor, target, byteCount, byteCount, file.position);
+        file.position += moved;
+        return moved;
+    }
+    Window& window = file.windows[file.latest];
+    window.start = file.position;
+    window.length =
+        readAt(file.descriptor, window.bytes.data(), byteCount, windowSize, file.position);
+    return takeFromLatest(file, target, byteCount);
+}
+
 /// Writes out what the window has gathered. A failure is the file's from then on.
-void flushWindow(OpenFile& file) {
-    if (file.isGathering && file.windowLength > 0) {
+void flush(OpenFile& file, Window& window) {
+    if (window.length > 0) {
         const std::int64_t written =
-            writeAt(file.descriptor, file.window.data(), file.windowLength, file.windowStart);
-        file.hasFailed = file.hasFailed || written != file.windowLength;
-        file.windowLength = 0;
+            writeAt(file.descriptor, window.bytes.data(), window.length, window.start);
+        file.hasFailed = file.hasFailed || written != window.length;
+        window.length = 0;
     }
 }
 
-/// Puts bytes at the position into the window, which may have to go out first to make room.
+/// Writes out what would later go over `byteCount` bytes at the position, but for `target`.
+void flushOverlaps(OpenFile& file, std::int64_t byteCount, const Window* target = nullptr) {
+    for (Window& window : file.windows) {
+        const bool isOverlapping =
+            window.start < file.position + byteCount && file.position < window.end();
+        if (isOverlapping && &window != target) {
+            flush(file, window);
+        }
+    }
+}
+
+/// The window that can take `byteCount` bytes at the position: one that they adjoin, or else the
+/// older one, emptied. One that is full goes out on the way, so that a loss is told early.
+Window& windowFor(OpenFile& file, std::int64_t byteCount) {
+    for (const std::size_t each : {file.latest, 1 - file.latest}) {
+        const Window& window = file.windows[each];
+        if (window.start <= file.position && file.position <= window.end() &&
+            file.position + byteCount <= window.start + windowSize && window.length > 0) {
+            file.latest = each;
+            return file.windows[each];
+        }
+    }
+    Window& latest = file.windows[file.latest];
+    Window& older = useOlderWindow(file);
+    if (latest.length == windowSize) {
+        flush(file, latest);
+    }
+    flush(file, older);
+    older.start = file.position;
+    return older;
+}
+
+/// Puts bytes at the position into a window.
 void gather(OpenFile& file, const std::byte* source, std::int64_t byteCount) {
     if (byteCount == 0) {
         return;
     }
-    const std::int64_t start = file.position - file.windowStart;
-    const bool isAdjoining = start >= 0 && start <= file.windowLength;
-    if (!isAdjoining || start + byteCount > windowSize) {
-        flushWindow(file);
-    }
-    if (file.windowLength == 0) {
-        file.windowStart = file.position;
-        file.isGathering = true;
-    }
-    const std::int64_t place = file.position - file.windowStart;
-    std::memcpy(file.window.data() + place, source, static_cast<std::size_t>(byteCount));
-    file.windowLength = std::max(file.windowLength, place + byteCount);
+    Window& window = windowFor(file, byteCount);
+    flushOverlaps(file, byteCount, &window);
+    const std::int64_t place = file.position - window.start;
+    std::memcpy(window.bytes.data() + place, source, static_cast<std::size_t>(byteCount));
+    window.length = std::max(window.length, place + byteCount);
 }
 
 /// What is to be moved when `byteCount` bytes are asked for; fileError for nothing at all.
 std::int64_t allowedTransfer(const OpenFile* file, std::int64_t byteCount, FaultPoint point) {
     const FaultKind fault = faultAt(point);
-    if (file == nullptr || file->position == nowhere || byteCount < 0 || fault == FaultKind::Fail) {
+    if (file == nullptr || file->isWritten != (point == FaultPoint::Write) ||
+        file->position == nowhere || byteCount < 0 ||
+        byteCount > std::numeric_limits<std::int64_t>::max() - file->position ||
+        fault == FaultKind::Fail) {
         return fileError;
     }
     return fault == FaultKind::CutShort ? byteCount / 2 : byteCount;
@@ -136,7 +194,7 @@ int _lopen(const char* path) {
         return fileError;
     }
     const int descriptor = openRegularFile(path);
-    return descriptor < 0 ? fileError : newHandle(descriptor);
+    return descriptor < 0 ? fileError : newHandle(descriptor, false);
 }
 
 int _lcreat(const char* path) {
@@ -144,7 +202,7 @@ int _lcreat(const char* path) {
         return fileError;
     }
     const int descriptor = openUninterrupted(path, O_WRONLY | O_CREAT | O_TRUNC);
-    return descriptor < 0 ? fileError : newHandle(descriptor);
+    return descriptor < 0 ? fileError : newHandle(descriptor, true);
 }
 
 int _lclose(int handle) {
@@ -152,7 +210,11 @@ int _lclose(int handle) {
     if (file == nullptr) {
         return fileError;
     }
-    flushWindow(*file);
+    for (Window& window : file->windows) {
+        if (file->isWritten) {
+            flush(*file, window);
+        }
+    }
     // An interrupted close has released the descriptor all the same and must not be repeated.
     const bool isClosed = (close(file->descriptor) == 0 || errno == EINTR) && !file->hasFailed;
     file->descriptor = -1;
@@ -167,19 +229,12 @@ std::int64_t _hread(int handle, void* target, std::int64_t byteCount) {
         return fileError;
     }
     auto* bytes = static_cast<std::byte*>(target);
-    std::int64_t done = takeFromWindow(*file, bytes, wanted);
-    const std::int64_t left = wanted - done;
-    if (left >= windowSize) {
-        const std::int64_t moved = readAt(file->descriptor, bytes + done, left, file->position);
-        file->position += moved;
-        done += moved;
-    } else if (left > 0) {
-        file->windowStart = file->position;
-        file->windowLength =
-            readAt(file->descriptor, file->window.data(), windowSize, file->position);
-        done += takeFromWindow(*file, bytes + done, left);
+    std::int64_t done = takeFromLatest(*file, bytes, wanted);
+    if (done < wanted) {
+        useOlderWindow(*file);
+        done += takeFromLatest(*file, bytes + done, wanted - done);
     }
-    return done;
+    return done < wanted ? done + readBehind(*file, bytes + done, wanted - done) : done;
 }
 
 std::int64_t _hwrite(int handle, const void* source, std::int64_t byteCount) {
@@ -193,7 +248,7 @@ std::int64_t _hwrite(int handle, const void* source, std::int64_t byteCount) {
     if (wanted < windowSize) {
         gather(*file, bytes, wanted);
     } else {
-        flushWindow(*file);
+        flushOverlaps(*file, wanted);
         done = file->hasFailed ? 0 : writeAt(file->descriptor, bytes, wanted, file->position);
     }
     file->position += done;

@@ -22,6 +22,59 @@ TEST(GlobalMemory, RefusesWhatA32BitProcessCouldNotHave) {
     EXPECT_EQ(GlobalFree(empty), nullptr);
 }
 
+TEST(GlobalMemory, IsZeroAndItsOwnAtAnySize) {
+    constexpr std::int64_t page = 2 * 1024 * 1024;
+    for (const std::int64_t size : {std::int64_t{1}, page - 17, page - 16, page, 3 * page + 1}) {
+        GlobalHandle first = GlobalAlloc(size);
+        GlobalHandle second = GlobalAlloc(size);
+        auto* bytes = static_cast<char*>(GlobalLock(first));
+        EXPECT_EQ(reinterpret_cast<std::uintptr_t>(bytes) % alignof(std::max_align_t), 0U);
+        EXPECT_EQ(GlobalSize(first), size);
+        EXPECT_EQ(std::count(bytes, bytes + size, '\0'), size);
+        std::fill(bytes, bytes + size, 'x');
+        const auto* others = static_cast<const char*>(GlobalLock(second));
+        EXPECT_EQ(std::count(others, others + size, '\0'), size);
+        GlobalFree(first);
+        GlobalFree(second);
+    }
+}
+
+TEST_F(Files, ReadsAndWritesAHeaderAndDataByTurns) {
+    // A header that is patched for each stretch of data, near it and far behind.
+    const std::string path = folder.path("x");
+    std::string expected(1000, 'h');
+    const int written = _lcreat(path.c_str());
+    _hwrite(written, expected.data(), 1000);
+    for (const std::size_t size : {50000U, 70000U, 3U, 60000U, 65536U, 8U, 200U}) {
+        const std::string data(size, static_cast<char>('a' + size % 26));
+        const std::string patch = std::to_string(expected.size());
+        expected.replace(size % 900, patch.size(), patch);
+        _llseek(written, static_cast<std::int64_t>(size % 900), SeekOrigin::Start);
+        EXPECT_EQ(_hwrite(written, patch.data(), std::ssize(patch)), std::ssize(patch));
+        _llseek(written, std::ssize(expected), SeekOrigin::Start);
+        EXPECT_EQ(_hwrite(written, data.data(), std::ssize(data)), std::ssize(data));
+        expected += data;
+        // Over the end of what was written before, from ahead of it.
+        _llseek(written, std::ssize(expected) - 2, SeekOrigin::Start);
+        EXPECT_EQ(_hwrite(written, "zzzz", 4), 4);
+        expected.replace(expected.size() - 2, 2, "zzzz");
+        char none = 0;
+        EXPECT_EQ(_hread(written, &none, 1), fileError) << "it is open for writing";
+    }
+    EXPECT_EQ(_lclose(written), 0);
+    EXPECT_EQ(test::readFile(path), expected);
+
+    const int read = _lopen(path.c_str());
+    for (const std::size_t place : {0U, 240000U, 4U, 130000U, 8U, 100U, 65534U, 66000U, 12U}) {
+        std::string bytes(16, '?');
+        _llseek(read, static_cast<std::int64_t>(place), SeekOrigin::Start);
+        EXPECT_EQ(_hread(read, bytes.data(), 16), 16);
+        EXPECT_EQ(bytes, expected.substr(place, 16)) << place;
+    }
+    EXPECT_EQ(_hwrite(read, "x", 1), fileError) << "it is open for reading";
+    EXPECT_EQ(_lclose(read), 0);
+}
+
 TEST_F(Files, ReadsThroughAndPastTheWindow) {
     std::string content(200000, '\0');
     for (std::size_t i = 0; i < content.size(); ++i) {
@@ -94,6 +147,29 @@ TEST_F(Files, TheEndOfAFileThatGrowsIsFinal) {
     EXPECT_STREQ(bytes, "cb");
     ASSERT_TRUE(file.Open(folder.path("x").c_str()));
     EXPECT_EQ(file.Read(bytes, 4), 4);
+}
+
+TEST_F(Files, WhatIsWrittenLastStandsInTheFile) {
+    // Writes that reach into what another has left, from ahead of it or over all of it.
+    using Writes = std::vector<std::pair<std::size_t, std::size_t>>; // place and size
+    for (const Writes& writes :
+         {Writes{{0, 100}, {150, 100}, {100, 100}}, Writes{{150, 100}, {0, 100}, {100, 100}},
+          Writes{{70000, 10}, {66000, 65536}},
+          Writes{{0, 10}, {70000, 10}, {66000, 65536}, {65999, 4}}}) {
+        const std::string path = folder.path("x");
+        const int file = _lcreat(path.c_str());
+        std::string expected;
+        char fill = 'a';
+        for (const auto& [place, size] : writes) {
+            const std::string bytes(size, fill++);
+            expected.resize(std::max(expected.size(), place + size));
+            expected.replace(place, size, bytes);
+            _llseek(file, static_cast<std::int64_t>(place), SeekOrigin::Start);
+            EXPECT_EQ(_hwrite(file, bytes.data(), std::ssize(bytes)), std::ssize(bytes));
+        }
+        EXPECT_EQ(_lclose(file), 0);
+        EXPECT_EQ(test::readFile(path), expected);
+    }
 }
 
 TEST_F(Files, OpensRegularFilesOnly) {
