@@ -15,6 +15,11 @@ struct GlobalBlock;
 /// Handle of a block; null is no block.
 using GlobalHandle = GlobalBlock*;
 
+/// The handle of a block of the heap, which is one of global memory too.
+inline GlobalHandle handleOf(void* block) {
+    return static_cast<GlobalHandle>(block);
+}
+
 /// The smallest byte count that is refused.
 constexpr std::int64_t globalAllocLimit = blockLimit;
 
