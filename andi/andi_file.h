@@ -12,6 +12,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <utility>
 
 namespace korlit {
 
@@ -142,6 +143,13 @@ AndiVariable* AddAndiVector(AndiFile* file, const char* name, AndiType type,
 
 /// A variable without dimensions that holds a copy of one element.
 AndiVariable* AddAndiScalar(AndiFile* file, const char* name, AndiType type, const void* element);
+
+/// Gives the variable a block that holds its data, and its own one to the caller in exchange.
+template <typename Element>
+void exchangeData(AndiVariable& variable, GlobalHandle& handle, Element*& elements) {
+    std::swap(variable.DataHandle, handle);
+    elements = static_cast<Element*>(std::exchange(variable.Data, elements));
+}
 
 // The release. RecordCount, Magic and Version keep their values; both may be called on what is
 // already released.

@@ -204,9 +204,12 @@ int readData(const Load& load, AndiVariable& variable) {
     const std::int64_t size = elementSize(variable.Type);
     variable.ElementCount = static_cast<std::int32_t>(
         std::clamp<std::int64_t>(declaredElements(*load.file, variable), 0, byteCount / size));
-    if (ReadChecked(load.handle, variable.Data, byteCount) == 0) {
-        ReverseBytes(variable.Data, size, variable.ElementCount);
-    }
+    forEachPart(variable, byteCount,
+                [&](std::byte* part, std::int64_t partSize, std::int64_t count) {
+                    if (ReadChecked(load.handle, part, partSize) == 0) {
+                        ReverseBytes(part, size, count);
+                    }
+                });
     _llseek(load.handle, headerPosition, SeekOrigin::Start);
     return 1;
 }

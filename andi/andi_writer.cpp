@@ -89,8 +89,12 @@ void writeData(int handle, AndiVariable& variable, std::int32_t recordCount) {
     const std::int64_t byteCount = variable.IsRecord == 1
                                        ? std::int64_t{recordCount} * variable.VSize
                                        : std::int64_t{variable.VSize};
-    ReverseBytes(variable.Data, elementSize(variable.Type), variable.ElementCount);
-    WriteChecked(handle, variable.Data, byteCount);
+    const std::int64_t size = elementSize(variable.Type);
+    forEachPart(variable, byteCount,
+                [&](std::byte* part, std::int64_t partSize, std::int64_t count) {
+                    ReverseBytes(part, size, count);
+                    WriteChecked(handle, part, partSize);
+                });
 }
 
 void writeAll(int handle, AndiFile& file) {

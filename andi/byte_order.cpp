@@ -29,25 +29,25 @@ void reverseEach(std::byte* numbers, std::int64_t count) {
     }
 }
 
-} // namespace
-
-void ReverseBytes(void* number, std::int64_t size) {
-    auto* bytes = static_cast<std::byte*>(number);
-    std::reverse(bytes, bytes + size);
-}
-
-void ReverseBytes(void* numbers, std::int64_t size, std::int64_t count) {
-    auto* bytes = static_cast<std::byte*>(numbers);
+/// The compiler makes this twice and the program takes the one that suits the processor.
+[[gnu::target_clones("avx2", "default")]] void reverseArray(std::byte* numbers, std::int64_t size,
+                                                            std::int64_t count) {
     switch (size) {
     case 2:
-        return reverseEach<std::uint16_t>(bytes, count);
+        return reverseEach<std::uint16_t>(numbers, count);
     case 4:
-        return reverseEach<std::uint32_t>(bytes, count);
+        return reverseEach<std::uint32_t>(numbers, count);
     case 8:
-        return reverseEach<std::uint64_t>(bytes, count);
+        return reverseEach<std::uint64_t>(numbers, count);
     default: // single bytes have no order
         return;
     }
+}
+
+} // namespace
+
+void ReverseBytes(void* numbers, std::int64_t size, std::int64_t count) {
+    reverseArray(static_cast<std::byte*>(numbers), size, count);
 }
 
 } // namespace korlit

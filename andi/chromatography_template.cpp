@@ -105,16 +105,16 @@ void AddTemplateScalars(AndiFile* file, const SignalFigures& figures) {
     }
 }
 
-AndiVariable* AddSignal(AndiFile* file, std::int32_t pointDimension, const float* samples,
-                        double scaleFactor, const SamplePosition& position) {
+AndiVariable* AddSignal(AndiFile* file, std::int32_t pointDimension, GlobalHandle& handle,
+                        float*& samples, double scaleFactor, const SamplePosition& position) {
     AndiVariable* signal = AddAndiVector(file, "ordinate_values", AndiType::Float, pointDimension);
     if (signal == nullptr) {
         return nullptr;
     }
-    auto* values = static_cast<float*>(signal->Data);
-    for (std::int32_t i = 0; i < signal->ElementCount; ++i) {
-        values[i] = static_cast<float>(samples[i] * scaleFactor);
+    for (float& sample : std::span{samples, static_cast<std::size_t>(signal->ElementCount)}) {
+        sample = static_cast<float>(sample * scaleFactor);
     }
+    exchangeData(*signal, handle, samples);
     std::array<char, 16> positionText{};
     formatText(positionText, "%hd-%hd", position.rack, position.vial);
     addText(&signal->Attributes, "uniform_sampling_flag", "Y");

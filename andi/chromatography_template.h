@@ -58,8 +58,11 @@ struct SamplePosition {
 /// Adds the signal over the dimension of the points: each sample times the scale factor in double
 /// precision, rounded once. With it goes that it is uniform, and the position as in "1-2". Null if
 /// the variable can't be added.
-AndiVariable* AddSignal(AndiFile* file, std::int32_t pointDimension, const float* samples,
-                        double scaleFactor, const SamplePosition& position);
+///
+/// A signal may fill most of the memory, so it is not copied: the block of samples, as many as the
+/// dimension has points, becomes the variable's, and the caller gets an empty one in exchange.
+AndiVariable* AddSignal(AndiFile* file, std::int32_t pointDimension, GlobalHandle& handle,
+                        float*& samples, double scaleFactor, const SamplePosition& position);
 
 /// Adds a float variable over `dimension`, filled from a table in memory: `count` floats, the first
 /// at `firstValue` and each `stride` bytes behind the one before. Adds nothing if there is no

@@ -85,8 +85,10 @@ bool MapChannelToAndi(DunvaleRun& run, int channel, const RunOrigin& origin, And
                               .scaleFactor = head.ScaleFactor,
                               .pointCount = head.PointCount,
                               .sampleIntervalMs = head.SampleIntervalMs});
+    float*& samples = run.plpfData[channel];
+    GlobalHandle handle = handleOf(samples);
     const AndiVariable* signal =
-        AddSignal(file, dimensions.points, run.plpfData[channel], head.ScaleFactor,
+        AddSignal(file, dimensions.points, handle, samples, head.ScaleFactor,
                   {.rack = run.info.AutosamplerRack, .vial = run.info.AutosamplerVial});
     if (signal == nullptr) {
         formatText(message, "%s", noSignalText);

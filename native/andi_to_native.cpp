@@ -3,6 +3,7 @@
 #include "andi/value_lookup.h"
 #include "api/shared_state.h"
 #include "datetime/stamp.h"
+#include "native/extremes.h"
 #include "platform/text.h"
 
 #include <algorithm>
@@ -29,7 +30,7 @@ static_assert(std::bit_cast<std::uint32_t>(minutesPerSecond) == 0x3C888889);
 /// Lookup wants a key that it may change in place.
 struct LookupKey {
     std::array<char, 32> text{};
-    explicit LookupKey(const char* name) { formatText(text, "%s", name); }
+    explicit LookupKey(const char* name) { lstrcpynA(text.data(), name, sizeof text); }
 };
 
 bool lookUpText(AndiFile* file, const char* name, char* target, std::int32_t limit) {
@@ -47,7 +48,7 @@ std::optional<std::string_view> lookUpText(AndiFile* file, const char* name) {
     return std::string_view{TextScratch.data()};
 }
 
-const AndiVariable* lookUpVariable(AndiFile* file, const char* name) {
+AndiVariable* lookUpVariable(AndiFile* file, const char* name) {
     LookupKey key{name};
     AndiVariable* variable = nullptr;
     void* data = nullptr;
@@ -91,17 +92,6 @@ void mapText(AndiFile* file, const char* name, char (&field)[width]) {
     lookUpText(file, name, field, width - 1);
 }
 
-void findExtremes(const float* samples, std::uint32_t count) {
-    float smallest = count > 0 ? samples[0] : 0.0F;
-    float largest = smallest;
-    for (std::uint32_t i = 0; i < count; ++i) {
-        largest = samples[i] > largest ? samples[i] : largest;
-        smallest = samples[i] < smallest ? samples[i] : smallest;
-    }
-    TheSliHeader.MinValue = smallest;
-    TheSliHeader.MaxValue = largest;
-}
-
 /// The samples into a block of their own; null, or the text of the failure.
 const char* mapSignal(NativeBlocks& blocks, AndiFile* file) {
     if (const auto count = lookUpText(file, "pointnumber")) {
@@ -113,7 +103,7 @@ const char* mapSignal(NativeBlocks& blocks, AndiFile* file) {
                       TheSliHeader.PointCount * sampleSize + spare)) {
         return noMemoryForDataText;
     }
-    const AndiVariable* ordinates = lookUpVariable(file, "ordinatevalues");
+    AndiVariable* ordinates = lookUpVariable(file, "ordinatevalues");
     if (ordinates == nullptr) {
         FreeAndiFile(file);
         return noOrdinatesText;
@@ -121,8 +111,11 @@ const char* mapSignal(NativeBlocks& blocks, AndiFile* file) {
     const auto available = static_cast<std::uint32_t>(ordinates->VSize / sampleSize);
     const std::uint32_t count = std::min<std::uint32_t>(TheSliHeader.PointCount, available);
     TheSliHeader.PointCount = count;
-    std::memcpy(blocks.data, ordinates->Data, count * sizeof(float));
-    findExtremes(blocks.data, count);
+    // The file's own block is as good as a copy of it, and the signal may be most of the memory.
+    exchangeData(*ordinates, blocks.dataHandle, blocks.data);
+    const Extremes extremes = extremesOf({blocks.data, count});
+    TheSliHeader.MinValue = extremes.smallest;
+    TheSliHeader.MaxValue = extremes.largest;
     return nullptr;
 }
 

@@ -2,20 +2,12 @@
 #pragma once
 
 #include "andi/andi_file.h"
-#include "native/native_records.h"
+#include "native/native_blocks.h"
 
 #include <cstddef>
 #include <span>
 
 namespace korlit {
-
-/// The blocks of a data set, each with its handle; null where there is none.
-struct NativeBlocks {
-    GlobalHandle dataHandle;
-    float* data; ///< PointCount samples
-    GlobalHandle peakHandle;
-    PeakRecord* peaks; ///< PeakCount records
-};
 
 /// Fills TheSliHeader, TheRepHeader, TheResHeader and `blocks` from `file`, by the names of the
 /// chromatography template. A value that the file lacks leaves its field zero; only the samples are

@@ -98,7 +98,7 @@ void addPeaks(AndiFile* file, const TemplateDimensions& dimensions, PeakRecord* 
 }
 
 /// Answers whether the file has what its variables need.
-bool buildFile(AndiFile* file, const char* path, const float* data, PeakRecord* peaks) {
+bool buildFile(AndiFile* file, const char* path, NativeBlocks& blocks) {
     const auto pointCount = static_cast<std::int32_t>(TheSliHeader.PointCount);
     file->RecordCount = 0;
     const TemplateDimensions dimensions =
@@ -112,19 +112,18 @@ bool buildFile(AndiFile* file, const char* path, const float* data, PeakRecord* 
                               .scaleFactor = TheSliHeader.ScaleFactor,
                               .pointCount = pointCount,
                               .sampleIntervalMs = TheSliHeader.SampleIntervalMs});
-    AddSignal(file, dimensions.points, data, TheSliHeader.ScaleFactor,
+    AddSignal(file, dimensions.points, blocks.dataHandle, blocks.data, TheSliHeader.ScaleFactor,
               {.rack = TheSliHeader.AutosamplerRack, .vial = TheSliHeader.AutosamplerVial});
     if (TheResHeader.PeakCount != 0) {
-        addPeaks(file, dimensions, peaks);
+        addPeaks(file, dimensions, blocks.peaks);
     }
     return true;
 }
 
 } // namespace
 
-int MapNativeToAndi(const float* data, PeakRecord* peaks, AndiFile* file, char* path,
-                    std::span<char> message) {
-    if (!buildFile(file, path, data, peaks)) {
+int MapNativeToAndi(NativeBlocks& blocks, AndiFile* file, char* path, std::span<char> message) {
+    if (!buildFile(file, path, blocks)) {
         FreeAndiFile(file);
         return 0;
     }

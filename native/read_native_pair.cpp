@@ -34,16 +34,13 @@ struct Reading {
     LibraryHandle library = nullptr;
     int slice = fileError;
     int report = fileError;
-    GlobalHandle dataHandle = nullptr;
-    float* data = nullptr;
-    GlobalHandle peakHandle = nullptr;
-    PeakRecord* peaks = nullptr;
+    NativeBlocks blocks{};
 
     ~Reading() {
         releaseLibrary();
         closeFiles();
-        releaseBlock(dataHandle, data);
-        releaseBlock(peakHandle, peaks);
+        releaseBlock(blocks.dataHandle, blocks.data);
+        releaseBlock(blocks.peakHandle, blocks.peaks);
     }
 
     void releaseLibrary() {
@@ -139,11 +136,11 @@ int seekSamples(Reading& reading) {
 
 int readSamples(Reading& reading) {
     const std::int64_t byteCount = std::int64_t{sizeof(float)} * TheSliHeader.PointCount;
-    if (!acquireBlock(reading.dataHandle, reading.data, byteCount)) {
+    if (!acquireBlock(reading.blocks.dataHandle, reading.blocks.data, byteCount)) {
         reading.setExtension(sliceExtension);
         return fail(reading, noMemoryForDataText);
     }
-    ReadChecked(reading.slice, reading.data, byteCount);
+    ReadChecked(reading.slice, reading.blocks.data, byteCount);
     return 1;
 }
 
@@ -181,12 +178,12 @@ int readPeaks(Reading& reading) {
     if (byteCount > maxReadPeakBytes) {
         return fail(reading, tooManyPeaksText);
     }
-    if (!acquireBlock(reading.peakHandle, reading.peaks, byteCount)) {
+    if (!acquireBlock(reading.blocks.peakHandle, reading.blocks.peaks, byteCount)) {
         return fail(reading, noMemoryForPeaksText);
     }
     _llseek(reading.report, peakTableEntrySize * TheResHeader.PeakTableCount, SeekOrigin::Current);
     for (int i = 0; i < TheResHeader.PeakCount; ++i) {
-        readPeak(reading, reading.peaks[i]);
+        readPeak(reading, reading.blocks.peaks[i]);
     }
     return 1;
 }
@@ -202,8 +199,7 @@ int convert(Reading& reading) {
         return fail(reading, readFailedText);
     }
     *reading.extension = '\0';
-    return MapNativeToAndi(reading.data, reading.peaks, &TheAndiFile, reading.path,
-                           reading.message);
+    return MapNativeToAndi(reading.blocks, &TheAndiFile, reading.path, reading.message);
 }
 
 } // namespace

@@ -52,6 +52,29 @@ TEST_F(ExportsTest, WritesThePairToTheByte) {
     EXPECT_EQ(readFile(report), readImage(LISTINGS "two_peaks.rpt.txt"));
 }
 
+TEST_F(ExportsTest, ALongSignalKeepsItsBitsBothWays) {
+    // Longer than what is moved at a time, in large memory, and with a rest.
+    const std::int32_t count = 700'001;
+    std::string samples;
+    std::string reversed;
+    for (std::int32_t i = 0; i < count; ++i) {
+        const std::string sample = little(static_cast<float>(i % 1001 - 500) / 7.0F);
+        samples += sample;
+        reversed.append(sample.rbegin(), sample.rend());
+    }
+    std::string bytes = readImage(LISTINGS "two_peaks.sli.txt").substr(0, 2048);
+    bytes.replace(0, 4, little(count)).replace(1816, 8, little(1.0));
+    folder.write("run.sli", bytes + samples);
+    folder.write("run.rpt", readImage(LISTINGS "two_peaks.rpt.txt"));
+    EXPECT_EQ(callAsHost(merivolta2Andi, slice).result, 1);
+    EXPECT_NE(readFile(source).find(reversed), std::string::npos);
+    EXPECT_NE(folder.dump("run.cdf", "-v peak_name").find("point_number = 700001"),
+              std::string::npos);
+    EXPECT_EQ(callAsHost(andi2Merivolta, source).result, 1);
+    EXPECT_EQ(readFile(slice).substr(2048), samples);
+    EXPECT_EQ(readFile(slice).substr(4, 8), little(-500.0F / 7.0F) + little(500.0F / 7.0F));
+}
+
 TEST_F(ExportsTest, WritesTheAndiFileToTheByte) {
     setenv("TZ", "CET-1CEST,M3.5.0,M10.5.0/3", 1);
     folder.write("run.sli", readImage(LISTINGS "two_peaks.sli.txt"));
