@@ -1,0 +1,236 @@
+#!/usr/bin/env python3
+"""Times the library against other programs that do the same work, and prints the ratios.
+
+usage: compare.py PROGRAMS FILES [--rounds N] [--only TEXT]
+
+PROGRAMS is the folder of the built programs, FILES one for the inputs, which are made where they are
+missing. The programs take turns. Processor time is user and system time together; what a program
+takes to start and end without any work is taken off. Memory is the peak of the resident set."""
+
+import argparse
+import atexit
+import itertools
+import os
+import shutil
+import statistics
+import subprocess
+import sys
+import time
+from dataclasses import dataclass, field
+from pathlib import Path
+
+import files
+
+SAMPLES = Path(__file__).resolve().parent.parent / "samples"
+INPUTS = {"to-pair": [".cdf"], "to-andi": [".sli", ".rpt"], "run-to-andi": [".run"]}
+OUTPUTS = {"to-pair": [".sli", ".rpt"], "to-andi": [".cdf"],
+           "run-to-andi": [f"{channel}.cdf" for channel in range(1, 10)]}
+unique = itertools.count()
+PROGRAMS = ["korlit", "netcdf", "floor"]
+
+
+@dataclass
+class Work:
+    name: str
+    direction: str
+    conversions: int
+    points: int = 0
+    peaks: int = 0
+    channels: int = 1
+    sample: str = ""
+    peers: tuple = ("netcdf", "floor")
+    numbers: list = field(default_factory=list)  # the rest of the programs' command line
+
+    def stem(self, folder):
+        return str(folder / f"{self.name.replace(' ', '-')}-{self.direction}")
+
+
+def works():
+    yield Work("small", "to-pair", 2000, sample="hplc_run")
+    yield Work("small", "to-andi", 2000, sample="gc_run")
+    yield Work("small", "run-to-andi", 2000, channels=3, sample="dad_run", peers=("floor",))
+    for direction in ("to-pair", "to-andi"):
+        yield Work("570 peaks", direction, 1000, points=5000, peaks=570)
+        yield Work("large", direction, 1, points=50 * files.MILLION, peaks=10)
+    yield Work("nine channels", "run-to-andi", 4, points=files.MILLION, peaks=10, channels=9,
+               peers=("floor",))
+    for direction in ("to-pair", "to-andi"):
+        for points in (1, 2, 4, 8, 16):
+            yield Work(f"{points} million", direction, 4, points=points * files.MILLION, peaks=10,
+                       peers=())
+
+
+def run(program, work, folder, conversions):
+    """Processor time and wall time in seconds and peak memory in bytes of one process."""
+    command = [program, work.direction, work.stem(folder), str(conversions),
+               *(str(number) for number in work.numbers)]
+    begin = time.monotonic()
+    process = subprocess.Popen(command)
+    _, status, usage = os.wait4(process.pid, 0)
+    process.returncode = os.waitstatus_to_exitcode(status)
+    if process.returncode != 0:
+        sys.exit(f"{' '.join(command)} failed")
+    return (usage.ru_utime + usage.ru_stime, time.monotonic() - begin, usage.ru_maxrss * 1024)
+
+
+def outputs(work, folder):
+    for i in range(work.conversions):
+        for extension in OUTPUTS[work.direction]:
+            yield Path(f"{work.stem(folder)}-{i}{extension}")
+
+
+def clear_outputs(work, folder):
+    """Removes few files, and moves many out of the way until all is done: a file system that has
+    just lost thousands of files is slow to make new ones."""
+    aside = folder / "aside"
+    aside.mkdir(exist_ok=True)
+    for path in outputs(work, folder):
+        if path.exists() and work.conversions < 100:
+            path.unlink()
+        elif path.exists():
+            path.rename(aside / f"{next(unique)}")
+
+
+def andi_variables(path):
+    """Offset and size of the data of each variable of an ANDI file."""
+    with open(path, "rb") as andi_file:
+        head = memoryview(andi_file.read(1 << 16))
+    place = 8
+    sizes = {1: 1, 2: 1, 3: 2, 4: 4, 5: 4, 6: 8}
+
+    def integer():
+        nonlocal place
+        place += 4
+        return int.from_bytes(head[place - 4:place], "big")
+
+    def padded(size):
+        nonlocal place
+        place += (size + 3) // 4 * 4
+        return bytes(head[place - (size + 3) // 4 * 4:][:size])
+
+    def skip_attributes():
+        for _ in range((integer(), integer())[1]):
+            padded(integer())
+            padded(sizes[integer()] * integer())
+
+    for _ in range((integer(), integer())[1]):
+        padded(integer()), integer()
+    skip_attributes()
+    variables = {}
+    for _ in range((integer(), integer())[1]):
+        name = padded(integer()).decode()
+        for _ in range(integer()):
+            integer()
+        skip_attributes()
+        _, size, begin = integer(), integer(), integer()
+        variables[name] = (begin, size)
+    return variables
+
+
+def make_first_input(work, folder, programs):
+    stem = f"{work.stem(folder)}-0"
+    if work.sample:
+        for extension in INPUTS[work.direction]:
+            shutil.copy(SAMPLES / (work.sample + extension), stem + extension)
+    else:
+        shape = [work.points, work.peaks]
+        if work.direction == "run-to-andi":
+            shape.append(work.channels)
+        # In a process of its own: a child's peak memory starts with what its parent has.
+        subprocess.run([sys.executable, files.__file__, stem, *map(str, shape)], check=True)
+        if work.direction == "to-pair":
+            subprocess.run([programs["korlit"], "to-andi", work.stem(folder), "1", *["0"] * 6],
+                           check=True)
+
+
+def prepare(work, folder, programs):
+    """Makes the inputs, and works out what the programs are told by looking at one conversion."""
+    first = f"{work.stem(folder)}-0"
+    if not all(Path(first + extension).exists() for extension in INPUTS[work.direction]):
+        make_first_input(work, folder, programs)
+    for i in range(1, work.conversions):
+        for extension in INPUTS[work.direction]:
+            path = Path(f"{work.stem(folder)}-{i}{extension}")
+            if not path.exists():
+                shutil.copy(first + extension, path)
+    clear_outputs(work, folder)
+    subprocess.run([programs["korlit"], work.direction, work.stem(folder), "1", *["0"] * 6],
+                   check=True)
+    slice_data, channel_head, run_head = 2048, 110, 308
+    if work.direction == "to-pair":
+        signal_in, signal_size = andi_variables(first + ".cdf")["ordinate_values"]
+        signal_out, signal_file = slice_data, first + ".sli"
+        peak_bytes = os.path.getsize(first + ".rpt") - 352
+    else:
+        signal_file = first + OUTPUTS[work.direction][0]
+        signal_out, signal_size = andi_variables(signal_file)["ordinate_values"]
+        is_pair = work.direction == "to-andi"
+        signal_in = slice_data if is_pair else run_head + channel_head
+        peak_bytes = os.path.getsize(first + ".rpt") - 352 if is_pair else 0
+    work.points, work.peaks = signal_size // 4, peak_bytes // 116
+    work.numbers = [work.channels, work.points, work.peaks, signal_in, signal_out,
+                    os.path.getsize(signal_file)]
+    work.sizes = {path.name: path.stat().st_size for path in outputs(work, folder) if path.exists()}
+    clear_outputs(work, folder)
+
+
+@dataclass
+class Figures:
+    processor: list = field(default_factory=list)
+    wall: list = field(default_factory=list)
+    memory: list = field(default_factory=list)
+
+
+def measure(work, folder, programs, rounds):
+    """The figures of each program, which take turns; times are those of one conversion."""
+    names = ["korlit", *work.peers]
+    start_up = {name: statistics.median(run(programs[name], work, folder, 0)[0] for _ in range(5))
+               for name in names}
+    figures = {name: Figures() for name in names}
+    for turn in range(rounds):
+        for name in names[turn % len(names):] + names[:turn % len(names)]:
+            processor, wall, memory = run(programs[name], work, folder, work.conversions)
+            figures[name].processor.append((processor - start_up[name]) / work.conversions)
+            figures[name].wall.append(wall / work.conversions)
+            figures[name].memory.append(memory)
+            clear_outputs(work, folder)
+    return figures
+
+
+def spread(values, factor, form):
+    return (f"{statistics.median(values) * factor:{form}} "
+            f"({min(values) * factor:{form}} to {max(values) * factor:{form}})")
+
+
+def print_comparison(work, figures):
+    own = statistics.median(figures["korlit"].processor)
+    for name, each in figures.items():
+        ratio = own / statistics.median(each.processor)
+        memory = statistics.median(each.memory) / files.MILLION
+        print(f"| {work.name}, {work.direction} | {name} | {spread(each.processor, 1000, '.3f')} "
+              f"| {spread(each.wall, 1000, '.3f')} | {memory:.1f} | "
+              f"{'' if name == 'korlit' else f'{ratio:.2f}'} |", flush=True)
+
+
+def main():
+    parser = argparse.ArgumentParser()
+    parser.add_argument("programs", type=Path)
+    parser.add_argument("files", type=Path)
+    parser.add_argument("--rounds", type=int, default=7)
+    parser.add_argument("--only", default="")
+    options = parser.parse_args()
+    programs = {name: options.programs / f"{name}_program" for name in PROGRAMS}
+    programs = {name: str(path) for name, path in programs.items() if path.exists()}
+    options.files.mkdir(parents=True, exist_ok=True)
+    atexit.register(shutil.rmtree, options.files / "aside", ignore_errors=True)
+    print("| Work | Program | Processor time, ms | Wall time, ms | Memory, MB | korlit / program |")
+    print("|---|---|---|---|---|---|")
+    for work in works():
+        if options.only in f"{work.name}, {work.direction}":
+            work.peers = tuple(name for name in work.peers if name in programs)
+            prepare(work, options.files, programs)
+            print_comparison(work, measure(work, options.files, programs, options.rounds))
+
+
+if __name__ == "__main__":
+    main()
