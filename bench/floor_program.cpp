@@ -25,8 +25,8 @@ constexpr std::int64_t channelHeadSize = 110;
 
 // Samples are moved in parts that stay in the processor's cache from the read to the write, with
 // room around them for what stands ahead of the first part and behind the last.
-constexpr std::int64_t partSize = 256 * 1024;
-constexpr std::int64_t roomSize = 128 * 1024;
+constexpr std::int64_t partSize = 256 * 1024L;
+constexpr std::int64_t roomSize = 128 * 1024L;
 alignas(4096) std::array<std::byte, partSize + 2 * roomSize> buffer;
 std::byte* const part = buffer.data() + roomSize;
 

@@ -17,20 +17,20 @@ namespace {
 void reverseArray(benchmark::State& state) {
     const std::int64_t size = state.range(0);
     std::vector<std::byte> numbers(static_cast<std::size_t>(state.range(1)));
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         ReverseBytes(numbers.data(), size, std::ssize(numbers) / size);
         benchmark::ClobberMemory();
     }
     state.SetBytesProcessed(state.iterations() * std::ssize(numbers));
 }
-BENCHMARK(reverseArray)->ArgsProduct({{2, 4, 8}, {256, 64 * 1024, 16 * 1024 * 1024}});
+BENCHMARK(reverseArray)->ArgsProduct({{2, 4, 8}, {256, 64'000, 16'000'000}});
 
 void findExtremes(benchmark::State& state) {
     std::vector<float> samples(static_cast<std::size_t>(state.range(0)));
     for (std::size_t i = 0; i < samples.size(); ++i) {
         samples[i] = static_cast<float>(i % 1000) + 1.0F;
     }
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         benchmark::DoNotOptimize(extremesOf(samples));
     }
     state.SetItemsProcessed(state.iterations() * state.range(0));
@@ -46,7 +46,7 @@ AndiFile loadSample() {
 }
 
 void readSample(benchmark::State& state) {
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         AndiFile file = loadSample();
         benchmark::DoNotOptimize(file.VariableCount);
         FreeAndiFile(&file);
@@ -60,7 +60,7 @@ void lookUp(benchmark::State& state, const char* name) {
     std::array<char, 32> key{};
     std::array<char, 299> text{};
     AndiVariable* variable = nullptr;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         std::strcpy(key.data(), name);
         benchmark::DoNotOptimize(
             FindAndiValue(&file, key.data(), text.data(), text.size(), &variable));

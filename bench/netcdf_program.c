@@ -1,5 +1,5 @@
-/* Does a line of work as a program of a hundred lines on the netCDF C library would: ANDI to pair
- * and back, with the same variables and files of the same size. */
+/* Does a line of work as a plain program on the netCDF C library would: ANDI to pair and back, with
+ * the same variables and files of the same size. */
 #include <netcdf.h>
 
 #include <stdio.h>
@@ -74,6 +74,20 @@ static float* readVariable(int andi, const char* name, size_t* count) {
     return values;
 }
 
+static char* readPeaks(int andi, size_t* peaks) {
+    char* records = NULL;
+    for (size_t column = 0; column < columnCount; ++column) {
+        float* values = readVariable(andi, columns[column], peaks);
+        records = records == NULL ? block(*peaks * (peakSize + peakEntrySize)) : records;
+        for (size_t i = 0; i < *peaks; ++i) {
+            memcpy(records + *peaks * peakEntrySize + i * peakSize + columnOffsets[column],
+                   &values[i], sizeof *values);
+        }
+        free(values);
+    }
+    return records;
+}
+
 static void toPair(const char* andiPath, const char* slicePath, const char* reportPath,
                    int hasPeaks) {
     int andi = 0;
@@ -82,16 +96,7 @@ static void toPair(const char* andiPath, const char* slicePath, const char* repo
     need(nc_open(andiPath, NC_NOWRITE, &andi) == NC_NOERR, andiPath);
     readAttributes(andi);
     float* signal = readVariable(andi, "ordinate_values", &points);
-    char* records = NULL;
-    for (size_t column = 0; hasPeaks && column < columnCount; ++column) {
-        float* values = readVariable(andi, columns[column], &peaks);
-        records = records == NULL ? block(peaks * (peakSize + peakEntrySize)) : records;
-        for (size_t i = 0; i < peaks; ++i) {
-            memcpy(records + peaks * peakEntrySize + i * peakSize + columnOffsets[column],
-                   &values[i], sizeof *values);
-        }
-        free(values);
-    }
+    char* records = hasPeaks ? readPeaks(andi, &peaks) : NULL;
     nc_close(andi);
 
     char head[sliceHeadSize] = {0};
@@ -132,75 +137,101 @@ static void addTexts(int andi) {
     }
 }
 
-static void toAndi(const char* slicePath, const char* reportPath, const char* andiPath) {
+struct Pair {
+    size_t points;
+    size_t peaks;
+    float* signal;
+    char* records;
+};
+
+static struct Pair readPair(const char* slicePath, const char* reportPath) {
     char head[sliceHeadSize];
-    char reportHead[reportHeadSize];
     unsigned points = 0;
     short peaks = 0;
     FILE* slice = fopen(slicePath, "rb");
     FILE* report = fopen(reportPath, "rb");
     need(slice != NULL && report != NULL, slicePath);
-    readFile(slice, head, sizeof head);
+    readFile(slice, head, sliceHeadSize);
     memcpy(&points, head, sizeof points);
-    float* signal = block(points * sizeof *signal);
-    readFile(slice, (char*)signal, points * sizeof *signal);
-    readFile(report, reportHead, sizeof reportHead);
-    memcpy(&peaks, reportHead + reportHeadSize - sizeof peaks, sizeof peaks);
-    const size_t peakCount = (size_t)peaks;
-    char* records = block(peakCount * (peakSize + peakEntrySize));
-    readFile(report, records, peakCount * (peakSize + peakEntrySize));
+    struct Pair pair = {.points = points, .signal = block(points * sizeof(float))};
+    readFile(slice, (char*)pair.signal, points * sizeof(float));
+    readFile(report, head, reportHeadSize);
+    memcpy(&peaks, head + reportHeadSize - sizeof peaks, sizeof peaks);
+    pair.peaks = (size_t)peaks;
+    pair.records = block(pair.peaks * (peakSize + peakEntrySize));
+    readFile(report, pair.records, pair.peaks * (peakSize + peakEntrySize));
     fclose(slice);
     fclose(report);
+    return pair;
+}
 
-    static const char* const scalars[] = {"detector_maximum_value", "detector_minimum_value",
-                                          "actual_run_time_length", "actual_delay_time",
-                                          "actual_sampling_interval"};
-    enum { scalarCount = 5 };
-    int andi = 0;
-    int pointDimension = 0;
-    int peakDimension = 0;
-    int scalarIds[scalarCount];
-    int signalId = 0;
-    int columnIds[columnCount];
-    int oldFill = 0;
-    need(nc_create(andiPath, NC_CLOBBER, &andi) == NC_NOERR &&
-             nc_set_fill(andi, NC_NOFILL, &oldFill) == NC_NOERR &&
-             nc_def_dim(andi, "point_number", points, &pointDimension) == NC_NOERR,
-         andiPath);
-    addTexts(andi);
+enum { scalarCount = 5 };
+static const char* const scalars[scalarCount] = {"detector_maximum_value", "detector_minimum_value",
+                                                 "actual_run_time_length", "actual_delay_time",
+                                                 "actual_sampling_interval"};
+
+struct Variables {
+    int scalars[scalarCount];
+    int signal;
+    int columns[columnCount];
+};
+
+static int defineVector(int andi, const char* name, int dimension) {
+    int variable = 0;
+    need(nc_def_var(andi, name, NC_FLOAT, 1, &dimension, &variable) == NC_NOERR, name);
+    return variable;
+}
+
+static struct Variables defineVariables(int andi, const struct Pair* pair) {
+    struct Variables variables = {{0}, 0, {0}};
+    int dimension = 0;
     for (int i = 0; i < scalarCount; ++i) {
-        need(nc_def_var(andi, scalars[i], NC_FLOAT, 0, NULL, &scalarIds[i]) == NC_NOERR,
+        need(nc_def_var(andi, scalars[i], NC_FLOAT, 0, NULL, &variables.scalars[i]) == NC_NOERR,
              scalars[i]);
     }
-    need(nc_def_var(andi, "ordinate_values", NC_FLOAT, 1, &pointDimension, &signalId) == NC_NOERR,
-         "ordinate_values");
-    if (peakCount > 0) {
-        need(nc_def_dim(andi, "peak_number", peakCount, &peakDimension) == NC_NOERR, "peak_number");
+    need(nc_def_dim(andi, "point_number", pair->points, &dimension) == NC_NOERR, "point_number");
+    variables.signal = defineVector(andi, "ordinate_values", dimension);
+    if (pair->peaks > 0) {
+        need(nc_def_dim(andi, "peak_number", pair->peaks, &dimension) == NC_NOERR, "peak_number");
         for (int i = 0; i < columnCount; ++i) {
-            need(nc_def_var(andi, columns[i], NC_FLOAT, 1, &peakDimension, &columnIds[i]) ==
-                     NC_NOERR,
-                 columns[i]);
+            variables.columns[i] = defineVector(andi, columns[i], dimension);
         }
     }
+    return variables;
+}
+
+static void putColumns(int andi, const struct Variables* variables, const struct Pair* pair) {
+    float* values = block(pair->peaks * sizeof *values);
+    const char* firstRecord = pair->records + pair->peaks * peakEntrySize;
+    for (size_t column = 0; pair->peaks > 0 && column < columnCount; ++column) {
+        for (size_t i = 0; i < pair->peaks; ++i) {
+            memcpy(&values[i], firstRecord + i * peakSize + columnOffsets[column], sizeof *values);
+        }
+        need(nc_put_var_float(andi, variables->columns[column], values) == NC_NOERR,
+             columns[column]);
+    }
+    free(values);
+}
+
+static void toAndi(const char* slicePath, const char* reportPath, const char* andiPath) {
+    const float value = 1.5F;
+    int andi = 0;
+    int oldFill = 0;
+    struct Pair pair = readPair(slicePath, reportPath);
+    need(nc_create(andiPath, NC_CLOBBER, &andi) == NC_NOERR &&
+             nc_set_fill(andi, NC_NOFILL, &oldFill) == NC_NOERR,
+         andiPath);
+    addTexts(andi);
+    const struct Variables variables = defineVariables(andi, &pair);
     need(nc_enddef(andi) == NC_NOERR, "enddef");
     for (int i = 0; i < scalarCount; ++i) {
-        const float value = 1.5F;
-        need(nc_put_var_float(andi, scalarIds[i], &value) == NC_NOERR, scalars[i]);
+        need(nc_put_var_float(andi, variables.scalars[i], &value) == NC_NOERR, scalars[i]);
     }
-    need(nc_put_var_float(andi, signalId, signal) == NC_NOERR, "ordinate_values");
-    float* values = block(peakCount * sizeof *values);
-    for (int column = 0; peakCount > 0 && column < columnCount; ++column) {
-        for (size_t i = 0; i < peakCount; ++i) {
-            memcpy(&values[i],
-                   records + peakCount * peakEntrySize + i * peakSize + columnOffsets[column],
-                   sizeof *values);
-        }
-        need(nc_put_var_float(andi, columnIds[column], values) == NC_NOERR, columns[column]);
-    }
+    need(nc_put_var_float(andi, variables.signal, pair.signal) == NC_NOERR, "ordinate_values");
+    putColumns(andi, &variables, &pair);
     need(nc_close(andi) == NC_NOERR, andiPath);
-    free(values);
-    free(records);
-    free(signal);
+    free(pair.records);
+    free(pair.signal);
 }
 
 /* The words are those of work.h: DIRECTION STEM CONVERSIONS CHANNELS POINTS PEAKS ... */
