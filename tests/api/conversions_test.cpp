@@ -1,12 +1,9 @@
 // Runs the cases of conversions.txt, pairs.txt and runs.txt, which say how to read them.
-#include "tests/support/andi_text.h"
+#include "tests/support/cases.h"
 #include "tests/support/host_call.h"
-#include "tests/support/image.h"
 #include "tests/support/module_test.h"
-#include "tests/support/run_text.h"
 
 #include <cstdlib>
-#include <map>
 
 namespace korlit {
 namespace {
@@ -60,21 +57,6 @@ class Conversions : public ModuleTest {
         }
     }
 
-    /// A line such as "sli size 1856" or "rpt 0 15 00".
-    void change(const std::string& line) const {
-        const std::string path = folder.path("run." + line.substr(0, 3));
-        std::string file = readFile(path);
-        const std::size_t blank = line.find(' ', 4);
-        const std::string place = line.substr(4, blank - 4);
-        const std::string rest = line.substr(blank + 1);
-        if (place == "size") {
-            file.resize(std::stoul(rest));
-        } else {
-            file.replace(std::stoul(place), parseBytes(rest).size(), parseBytes(rest));
-        }
-        folder.write("run." + line.substr(0, 3), file);
-    }
-
     /// What ncdump shows of an ANDI file, with one blank for all white space.
     std::string dumped(const std::string& name) const {
         std::istringstream in{folder.dump(name, "-p 9,17")};
@@ -83,36 +65,6 @@ class Conversions : public ModuleTest {
             dump += word + " ";
         }
         return dump;
-    }
-
-    struct Case {
-        std::map<std::string, std::string> words; ///< what stands behind each key
-        std::vector<std::string> changes, contents, dumps;
-
-        std::string get(const char* key, const std::string& otherwise) const {
-            return words.contains(key) ? words.at(key) : otherwise;
-        }
-    };
-
-    static std::vector<Case> readCases(const std::string& table) {
-        std::ifstream in{table};
-        std::vector<Case> cases;
-        for (std::string line; std::getline(in, line);) {
-            const std::string key = line.substr(0, line.find(' '));
-            if (key == "==") {
-                cases.emplace_back();
-            }
-            if (key == "in") {
-                cases.back().changes.push_back(line.substr(3));
-            } else if (key.starts_with("dumps")) {
-                cases.back().dumps.push_back(line.substr(5));
-            } else if (key == "sli" || key == "rpt" || key == "cdf") {
-                cases.back().contents.push_back(line);
-            } else if (!key.empty() && key.front() != '#') {
-                cases.back().words[key] = line.substr(std::min(key.size() + 1, line.size()));
-            }
-        }
-        return cases;
     }
 
     /// Holds what ncdump shows of a file against the lines behind "dumps", or behind "dumps1" for
@@ -167,11 +119,7 @@ TEST_F(Conversions, OfAndiFilesComeOutAsTheTableSays) {
     EXPECT_GT(cases.size(), 70U);
     for (const Case& each : cases) {
         SCOPED_TRACE(each.get("==", ""));
-        AndiText file;
-        file = {each.get("start", file.start),           each.get("records", file.records),
-                each.get("dimensions", file.dimensions), each.get("globals", file.globals),
-                each.get("variables", file.variables),   each.get("data", file.data)};
-        folder.write("run.cdf", file.bytes());
+        folder.write("run.cdf", andiFileOf(each));
         folder.write("run.sli", std::string(100, 'x'));
         folder.write("run.rpt", std::string(100, 'x'));
         run(each, Andi2Merivolta, "cdf", "sli", "Wrote Merivolta file {sli}");
@@ -185,10 +133,9 @@ TEST_F(Conversions, OfPairsComeOutAsTheTableSays) {
     for (const Case& each : cases) {
         SCOPED_TRACE(each.get("==", ""));
         folder.write("run.cdf", std::string(100, 'x'));
-        folder.write("run.sli", readImage(LISTINGS "two_peaks.sli.txt"));
-        folder.write("run.rpt", readImage(LISTINGS "two_peaks.rpt.txt"));
-        for (const std::string& line : each.changes) {
-            change(line);
+        for (const std::string extension : {"sli", "rpt"}) {
+            const std::string image = readImage(LISTINGS "two_peaks." + extension + ".txt");
+            folder.write("run." + extension, pairFileOf(each, extension, image));
         }
         std::filesystem::remove(folder.path("run." + each.get("without", "none")));
         run(each, Merivolta2Andi, "sli", "cdf", "Merivolta File converted to {cdf}.");
@@ -205,14 +152,7 @@ TEST_F(Conversions, OfRunsComeOutAsTheTableSays) {
     EXPECT_GT(cases.size(), 30U);
     for (const Case& each : cases) {
         SCOPED_TRACE(each.get("==", ""));
-        RunText file;
-        file = {each.get("version", file.version),     each.get("info", file.info),
-                each.get("count", file.count),         each.get("signal", file.signal),
-                each.get("results", file.results),     each.get("events", file.events),
-                each.get("extra", file.extra),         each.get("anno", file.anno),
-                each.get("timetable", file.timeTable), each.get("lines", file.lines),
-                each.get("windows", file.windows),     std::stoi(each.get("channels", "1"))};
-        folder.write("run.dat", file.bytes());
+        folder.write("run.dat", runFileOf(each));
         for (const char channel : std::string{"123456789"}) {
             std::filesystem::remove(channelFile(channel));
         }

@@ -1,0 +1,88 @@
+// What a target makes of its input: numbers and texts in the order in which it asks for them, and
+// files.
+#pragma once
+
+#include "platform/temporary_folder.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <span>
+#include <string>
+
+/// Runs one input; the fuzzer and the replay call it over and over. Answers 0.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
+
+namespace korlit::fuzz {
+
+class Input {
+  public:
+    Input(const std::uint8_t* data, std::size_t size)
+        : bytes{reinterpret_cast<const char*>(data), size} {}
+
+    bool isEmpty() const { return bytes.empty(); }
+
+    /// The next number; what the input no longer holds of it is zero.
+    template <typename Number>
+    Number number() {
+        const std::span<const char> part = take(sizeof(Number));
+        Number value{};
+        std::memcpy(&value, part.data(), part.size());
+        return value;
+    }
+
+    /// The next `size` bytes, or what is left.
+    std::span<const char> take(std::size_t size) {
+        const std::span<const char> part = bytes.first(std::min(size, bytes.size()));
+        bytes = bytes.subspan(part.size());
+        return part;
+    }
+
+    /// The next text: its length in a byte, and so many bytes.
+    std::string text() {
+        const std::span<const char> part = take(number<std::uint8_t>());
+        return {part.begin(), part.end()};
+    }
+
+    /// The same up to its first zero byte.
+    std::string name() {
+        const std::string all = text();
+        return all.substr(0, all.find('\0'));
+    }
+
+    std::span<const char> rest() { return take(bytes.size()); }
+
+  private:
+    std::span<const char> bytes;
+};
+
+/// A path in a folder of this process, which goes with it.
+inline std::string scratchPath(const char* name) {
+    static const TemporaryFolder folder{std::filesystem::temp_directory_path(), "korlit-fuzz-"};
+    return (folder.path() / name).string();
+}
+
+/// A file at a scratch path whose whole content is replaced for each input.
+class ScratchFile {
+  public:
+    explicit ScratchFile(const char* name)
+        : path_{scratchPath(name)}, file{path_, std::ios::binary} {}
+
+    const std::string& path() const { return path_; }
+
+    void fill(std::span<const char> content) {
+        file.seekp(0);
+        file.write(content.data(), static_cast<std::streamsize>(content.size()));
+        file.flush();
+        std::filesystem::resize_file(path_, content.size());
+    }
+
+  private:
+    std::string path_;
+    std::ofstream file;
+};
+
+} // namespace korlit::fuzz
