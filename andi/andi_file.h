@@ -3,8 +3,9 @@
 //
 // Every name, attribute value and data block is a block of its own with zeros behind its bytes and
 // at least one spare byte at its end, so that each name and text is terminated whether or not a
-// terminator was stored. Handle and pointer of a block stand side by side; a null handle is no
-// block. An AndiFile owns its arrays, and an element of an array owns its blocks.
+// terminator was stored; only numbers that exchangeData brought in may have none. Handle and
+// pointer of a block stand side by side; a null handle is no block. An AndiFile owns its arrays,
+// and an element of an array owns its blocks.
 #pragma once
 
 #include "platform/global_memory.h"

@@ -36,7 +36,16 @@ struct Load {
     int handle;
     AndiFile* file;
     std::span<char> message;
+    std::int64_t dataRoom; ///< bytes that the data of further variables may have
 };
+
+/// How many bytes of data a file may have. Each variable brings its own, so that they come to less
+/// than the file; variables that share the same bytes over and over could fill any memory.
+std::int64_t dataRoomOf(int handle) {
+    constexpr std::int64_t timesTheFile = 4;
+    constexpr std::int64_t always = 1024 * 1024L;
+    return always + timesTheFile * std::max<std::int64_t>(0, _filelength(handle));
+}
 
 int fail(const Load& load, const char* format) {
     formatText(load.message, format, load.path);
@@ -192,7 +201,7 @@ std::int64_t declaredElements(const AndiFile& file, const AndiVariable& variable
     return elements;
 }
 
-int readData(const Load& load, AndiVariable& variable) {
+int readData(Load& load, AndiVariable& variable) {
     const std::int64_t headerPosition = _llseek(load.handle, 0, SeekOrigin::Current);
     _llseek(load.handle, variable.Begin, SeekOrigin::Start);
     const std::int64_t byteCount = variable.IsRecord == 1
@@ -211,10 +220,11 @@ int readData(const Load& load, AndiVariable& variable) {
                     }
                 });
     _llseek(load.handle, headerPosition, SeekOrigin::Start);
-    return 1;
+    load.dataRoom -= ReadErrorFlag == 0 ? byteCount : 0;
+    return load.dataRoom < 0 ? fail(load, outOfMemoryText) : 1;
 }
 
-int readVariable(const Load& load, AndiVariable& variable) {
+int readVariable(Load& load, AndiVariable& variable) {
     ReadAndiString(load, variable.NameHandle, variable.Name);
     if (readDimensionIds(load, variable) == 0) {
         return 0;
@@ -235,7 +245,7 @@ int readVariable(const Load& load, AndiVariable& variable) {
     return readData(load, variable);
 }
 
-int readVariables(const Load& load) {
+int readVariables(Load& load) {
     AndiFile& file = *load.file;
     std::int32_t count = 0;
     if (!readListHead(load, ListTag::Variables, count)) {
@@ -265,7 +275,7 @@ int readSignature(const Load& load) {
     return 1;
 }
 
-int readAll(const Load& load) {
+int readAll(Load& load) {
     if (readSignature(load) == 0) {
         return 0;
     }
@@ -281,7 +291,12 @@ int readAll(const Load& load) {
 
 int ReadAndiFile(const char* path, AndiFile* file, std::span<char> message) {
     FreeAndiFile(file);
-    Load load{.path = path, .handle = _lopen(path), .file = file, .message = message};
+    const int handle = _lopen(path);
+    Load load{.path = path,
+              .handle = handle,
+              .file = file,
+              .message = message,
+              .dataRoom = dataRoomOf(handle)};
     if (load.handle == fileError) {
         return fail(load, openFailedText);
     }

@@ -1,6 +1,6 @@
 // What all conversions share. A conversion is one call at a time; nothing here carries meaning from
 // one call to the next. TheAndiFile may stay filled behind a call and is released at the start of
-// the next one that uses it.
+// the next one that uses it, or when the library is unloaded.
 #pragma once
 
 #include "andi/andi_file.h"

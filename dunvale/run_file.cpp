@@ -14,12 +14,16 @@ constexpr const char* noMemoryText = "Out of Memory !!!\r\nNo Mem for %s.";
 constexpr const char* noMemoryForChannelText = "Out of Memory !!!\r\nNo Mem for %s[%d].";
 constexpr const char* readFailedText = "Unable to read\r\n\"%s\"";
 
+/// A count that no memory can hold.
+constexpr std::int64_t noSuchCount = -1;
+
 struct RunReader {
     const char* path;
     CFile& file;
     DunvaleRun& run;
     std::span<char> message;
     RunLayout layout{};
+    std::int64_t missingBytes = 0; ///< of the samples, behind the end of the file
     std::int16_t wErrorCode = runIsRead;
 };
 
@@ -102,12 +106,24 @@ bool readHead(RunReader& reader) {
     return true;
 }
 
+/// Samples behind the end of the file count as zero. A run that was cut lacks some millions at the
+/// most; one that announces more of them than this would only fill memory and disk with zeros.
+bool hasSamples(RunReader& reader, std::int32_t pointCount) {
+    constexpr std::int64_t mostMissingBytes = 64 * 1024 * 1024L;
+    const std::int64_t byteCount = std::int64_t{sizeof(float)} * pointCount;
+    reader.missingBytes += std::max<std::int64_t>(0, byteCount - reader.file.GetRemaining());
+    return reader.missingBytes <= mostMissingBytes;
+}
+
 bool readSignal(RunReader& reader, int channel) {
     DunvaleRun& run = reader.run;
     SliHeadP& head = run.lpSliHeadP[channel];
-    return read(reader, &head, sizeof head) &&
-           acquire(reader, run.plpfData, channel, head.PointCount, "plpfData") &&
-           readRecords(reader, run.plpfData[channel], head.PointCount);
+    if (!read(reader, &head, sizeof head)) {
+        return false;
+    }
+    const std::int64_t count = hasSamples(reader, head.PointCount) ? head.PointCount : noSuchCount;
+    return acquire(reader, run.plpfData, channel, count, "plpfData") &&
+           readRecords(reader, run.plpfData[channel], count);
 }
 
 bool readSignals(RunReader& reader) {

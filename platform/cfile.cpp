@@ -5,6 +5,8 @@
 
 #include <unistd.h>
 
+#include <algorithm>
+
 namespace korlit {
 
 CFile::~CFile() {
@@ -40,6 +42,10 @@ std::int64_t CFile::Read(void* target, std::int64_t byteCount) {
     position += moved;
     isAtEnd = isAtEnd || (!hasFailed && moved < byteCount);
     return hasFailed ? -1 : moved;
+}
+
+std::int64_t CFile::GetRemaining() const {
+    return isAtEnd ? 0 : std::max<std::int64_t>(0, lengthOf(descriptor) - position);
 }
 
 void CFile::Close() {

@@ -26,4 +26,9 @@ int openRegularFile(const char* path) {
     return descriptor;
 }
 
+std::int64_t lengthOf(int descriptor) {
+    struct stat status {};
+    return fstat(descriptor, &status) == 0 ? std::int64_t{status.st_size} : -1;
+}
+
 } // namespace korlit

@@ -14,6 +14,9 @@ int openUninterrupted(const char* path, int flags);
 /// a regular file.
 int openRegularFile(const char* path);
 
+/// The length of an open file in bytes. Negative on failure.
+std::int64_t lengthOf(int descriptor);
+
 /// Repeats `transfer(done)` until `byteCount` bytes are moved or it moves nothing; answers the
 /// number moved.
 template <typename Transfer>

@@ -222,6 +222,11 @@ int _lclose(int handle) {
     return isClosed && faultAt(FaultPoint::Close) == FaultKind::None ? 0 : fileError;
 }
 
+std::int64_t _filelength(int handle) {
+    const OpenFile* file = openFileOf(handle);
+    return file == nullptr ? fileError : lengthOf(file->descriptor);
+}
+
 std::int64_t _hread(int handle, void* target, std::int64_t byteCount) {
     OpenFile* file = openFileOf(handle);
     const std::int64_t wanted = allowedTransfer(file, byteCount, FaultPoint::Read);

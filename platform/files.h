@@ -26,6 +26,9 @@ int _lcreat(const char* path);
 /// which may show only now.
 int _lclose(int handle);
 
+/// The length of an open file in bytes, or fileError.
+std::int64_t _filelength(int handle);
+
 /// Moves up to `byteCount` bytes to `target` and the position with them. Answers the number moved,
 /// fewer only at the end of the file or where the system fails, and fileError if nothing could be
 /// tried.
