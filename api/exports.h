@@ -66,7 +66,8 @@ KORLIT_EXPORT int32_t Merivolta2Andi(char* path, char* message);
  * Files of these names are replaced. Returns 1 with `message` as it was when all channels were
  * written, else 0 with the reason in `message`. A channel that can't be written doesn't keep the
  * others from being; after any other failure the channels already written stay. A run file that
- * ends early is converted as far as it goes, the rest counting as zero.
+ * ends early is converted as far as it goes, the rest counting as zero; one that lacks more than
+ * 64 MiB of its samples is refused for a lack of memory.
  *
  * `path` is not changed and needs no room behind it. A null `message` counts as the empty text and
  * takes no reason. */

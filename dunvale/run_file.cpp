@@ -109,7 +109,7 @@ bool readHead(RunReader& reader) {
 /// Samples behind the end of the file count as zero. A run that was cut lacks some millions at the
 /// most; one that announces more of them than this would only fill memory and disk with zeros.
 bool hasSamples(RunReader& reader, std::int32_t pointCount) {
-    constexpr std::int64_t mostMissingBytes = 64 * 1024 * 1024L;
+    constexpr std::int64_t mostMissingBytes = 64L * 1024 * 1024;
     const std::int64_t byteCount = std::int64_t{sizeof(float)} * pointCount;
     reader.missingBytes += std::max<std::int64_t>(0, byteCount - reader.file.GetRemaining());
     return reader.missingBytes <= mostMissingBytes;
