@@ -105,31 +105,51 @@ TEST_F(Files, ReadsThroughAndPastTheWindow) {
     EXPECT_EQ(_hread(file, &byte, 1), fileError);
 }
 
-TEST_F(Files, WritesThroughAndPastTheWindow) {
-    const std::string path = folder.path("x");
-    const int file = _lcreat(path.c_str());
-    std::string expected;
-    // place and size: adjoining, patched in the window, past it, patched on disk, behind a gap,
-    // the window full to the byte and one byte more, ahead of the window, a gap
-    // within one
-    const std::pair<std::size_t, std::size_t> writes[]{
-        {0, 4},         {4, 60000},   {2, 4},       {60004, 5532},   {65536, 1},
-        {65537, 70000}, {1, 8},       {200000, 4},  {200004, 65532}, {265536, 65535},
-        {331071, 1},    {199990, 20}, {400000, 10}, {400100, 10}};
-    char fill = 'a';
-    for (const auto& [place, size] : writes) {
-        const std::string bytes(size, fill++);
-        expected.resize(std::max(expected.size(), place + size));
-        expected.replace(place, size, bytes);
-        _llseek(file, static_cast<std::int64_t>(place), SeekOrigin::Start);
-        EXPECT_EQ(_hwrite(file, bytes.data(), std::ssize(bytes)), std::ssize(bytes));
+TEST_F(Files, WritesThroughAndPastTheWindows) {
+    using Writes = std::vector<std::pair<std::size_t, std::size_t>>; // place and size
+    const Writes files[]{
+        // adjoining, patched in the window, past it, patched on disk, behind a gap,
+        // the window full to the byte and one byte more, ahead of the window, a gap within one
+        {{0, 4},
+         {4, 60000},
+         {2, 4},
+         {60004, 5532},
+         {65536, 1},
+         {65537, 70000},
+         {1, 8},
+         {200000, 4},
+         {200004, 65532},
+         {265536, 65535},
+         {331071, 1},
+         {199990, 20},
+         {400000, 10},
+         {400100, 10}},
+        // into what the other window holds, from ahead of it or over all of it
+        {{0, 100}, {150, 100}, {100, 100}},
+        {{150, 100}, {0, 100}, {100, 100}},
+        {{70000, 10}, {66000, 65536}},
+        {{0, 10}, {70000, 10}, {66000, 65536}, {65999, 4}}};
+    for (const Writes& writes : files) {
+        const std::string path = folder.path("x");
+        const int file = _lcreat(path.c_str());
+        std::string expected;
+        char fill = 'a';
+        for (const auto& [place, size] : writes) {
+            const std::string bytes(size, fill++);
+            expected.resize(std::max(expected.size(), place + size));
+            expected.replace(place, size, bytes);
+            _llseek(file, static_cast<std::int64_t>(place), SeekOrigin::Start);
+            EXPECT_EQ(_hwrite(file, bytes.data(), std::ssize(bytes)), std::ssize(bytes));
+        }
+        EXPECT_EQ(_lclose(file), 0);
+        EXPECT_EQ(test::readFile(path), expected);
     }
-    EXPECT_EQ(_lclose(file), 0);
-    EXPECT_EQ(test::readFile(path), expected);
+}
 
-    // A lost byte shows in the write that makes room for the next, and on closing.
+TEST_F(Files, ALostByteShowsInTheNextWriteOrOnClosing) {
+    const std::string bytes(65535, 'x');
     const int full = _lcreat("/dev/full");
-    EXPECT_EQ(_hwrite(full, expected.data(), 65535), 65535);
+    EXPECT_EQ(_hwrite(full, bytes.data(), 65535), 65535);
     EXPECT_EQ(_hwrite(full, "x", 1), 1);
     EXPECT_EQ(_hwrite(full, "x", 1), 0);
     EXPECT_EQ(_lclose(full), fileError);
@@ -147,29 +167,6 @@ TEST_F(Files, TheEndOfAFileThatGrowsIsFinal) {
     EXPECT_STREQ(bytes, "cb");
     ASSERT_TRUE(file.Open(folder.path("x").c_str()));
     EXPECT_EQ(file.Read(bytes, 4), 4);
-}
-
-TEST_F(Files, WhatIsWrittenLastStandsInTheFile) {
-    // Writes that reach into what another has left, from ahead of it or over all of it.
-    using Writes = std::vector<std::pair<std::size_t, std::size_t>>; // place and size
-    for (const Writes& writes :
-         {Writes{{0, 100}, {150, 100}, {100, 100}}, Writes{{150, 100}, {0, 100}, {100, 100}},
-          Writes{{70000, 10}, {66000, 65536}},
-          Writes{{0, 10}, {70000, 10}, {66000, 65536}, {65999, 4}}}) {
-        const std::string path = folder.path("x");
-        const int file = _lcreat(path.c_str());
-        std::string expected;
-        char fill = 'a';
-        for (const auto& [place, size] : writes) {
-            const std::string bytes(size, fill++);
-            expected.resize(std::max(expected.size(), place + size));
-            expected.replace(place, size, bytes);
-            _llseek(file, static_cast<std::int64_t>(place), SeekOrigin::Start);
-            EXPECT_EQ(_hwrite(file, bytes.data(), std::ssize(bytes)), std::ssize(bytes));
-        }
-        EXPECT_EQ(_lclose(file), 0);
-        EXPECT_EQ(test::readFile(path), expected);
-    }
 }
 
 TEST_F(Files, OpensRegularFilesOnly) {
