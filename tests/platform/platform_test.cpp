@@ -16,14 +16,14 @@ TEST(GlobalMemory, RefusesWhatA32BitProcessCouldNotHave) {
     for (const std::int64_t refused : {std::int64_t{-1}, globalAllocLimit, INT64_MAX, INT64_MIN}) {
         EXPECT_EQ(GlobalAlloc(refused), nullptr) << refused;
     }
-    GlobalHandle empty = GlobalAlloc(0);
-    EXPECT_NE(empty, nullptr);
-    EXPECT_EQ(GlobalLock(empty), nullptr);
-    EXPECT_EQ(GlobalFree(empty), nullptr);
+    GlobalHandle noBytes = GlobalAlloc(0);
+    EXPECT_NE(noBytes, nullptr);
+    EXPECT_EQ(GlobalLock(noBytes), nullptr);
+    EXPECT_EQ(GlobalFree(noBytes), nullptr);
 }
 
 TEST(GlobalMemory, IsZeroAndItsOwnAtAnySize) {
-    constexpr std::int64_t page = 2 * 1024 * 1024;
+    constexpr std::int64_t page = 2L * 1024 * 1024;
     for (const std::int64_t size : {std::int64_t{1}, page - 17, page - 16, page, 3 * page + 1}) {
         GlobalHandle first = GlobalAlloc(size);
         GlobalHandle second = GlobalAlloc(size);
@@ -58,8 +58,8 @@ TEST_F(Files, ReadsAndWritesAHeaderAndDataByTurns) {
         _llseek(written, std::ssize(expected) - 2, SeekOrigin::Start);
         EXPECT_EQ(_hwrite(written, "zzzz", 4), 4);
         expected.replace(expected.size() - 2, 2, "zzzz");
-        char none = 0;
-        EXPECT_EQ(_hread(written, &none, 1), fileError) << "it is open for writing";
+        char byte = 0;
+        EXPECT_EQ(_hread(written, &byte, 1), fileError) << "it is open for writing";
     }
     EXPECT_EQ(_lclose(written), 0);
     EXPECT_EQ(test::readFile(path), expected);
