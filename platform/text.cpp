@@ -32,7 +32,6 @@ void formatText(std::span<char> target, const char* format, ...) {
     }
     std::va_list arguments;
     va_start(arguments, format);
-    // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): va_start is just above
     std::vsnprintf(target.data(), target.size(), format, arguments);
     va_end(arguments);
 }
