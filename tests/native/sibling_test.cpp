@@ -69,5 +69,20 @@ TEST_F(SiblingTest, EachWayToFailIsTold) {
     EXPECT_EQ(call(alone, ""), noLoad);
 }
 
+TEST_F(SiblingTest, AFileThatGoesOrShrinksMeanwhileIsTold) {
+    const std::string cut = "Error reading Merivolta file " + report;
+    const std::pair<std::string, std::string> cases[]{
+        {"slice_vanishes", outcome(0, "sli", "Error opening Merivolta Raw Data file " + slice)},
+        {"report_vanishes", outcome(0, "rpt", "Error opening Merivolta Report file " + report)},
+        {"slice_shrinks", outcome(0, "rpt", cut)},
+        {"report_shrinks", outcome(0, "rpt", cut)}};
+    for (const auto& [stub, expected] : cases) {
+        folder.write("run.sli", readImage(LISTINGS "two_peaks.sli.txt"));
+        folder.write("run.rpt", readImage(LISTINGS "two_peaks.rpt.txt"));
+        EXPECT_EQ(call(BUILT_LIBRARY, STUBS + stub), expected) << stub;
+        EXPECT_FALSE(std::filesystem::exists(folder.path("run.cdf"))) << stub;
+    }
+}
+
 } // namespace
 } // namespace korlit

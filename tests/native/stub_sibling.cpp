@@ -2,8 +2,13 @@
 #include "native/ostrelix.h"
 
 #include <cstdio>
+#include <filesystem>
 
 using namespace korlit;
+
+#ifdef SHRINKS
+static std::filesystem::path slicePath;
+#endif
 
 #ifndef WITHOUT_READ_CHROM_HEADER
 extern "C" std::int16_t ReadChromHeader(const char* path, SliHeader* header, std::int32_t zero) {
@@ -11,7 +16,14 @@ extern "C" std::int16_t ReadChromHeader(const char* path, SliHeader* header, std
     throw CFile{};
 #endif
     CFile slice;
-    return slice.Open(path) && slice.Read(header, sizeof *header) > 0 && zero == 0 ? 1 : 0;
+    const bool isRead = slice.Open(path) && slice.Read(header, sizeof *header) > 0 && zero == 0;
+#ifdef VANISHES
+    std::filesystem::remove(std::filesystem::path{path}.replace_extension(VANISHES));
+#endif
+#ifdef SHRINKS
+    slicePath = path;
+#endif
+    return isRead ? 1 : 0;
 }
 #endif
 
@@ -19,6 +31,11 @@ extern "C" std::int16_t ReadChromHeader(const char* path, SliHeader* header, std
 extern "C" std::int32_t GetSliDataOffSet(std::uint16_t /*version*/, std::uint32_t* offset) {
 #ifdef REFUSES_VERSION
     return 0;
+#endif
+#ifdef SHRINKS
+    // By a few bytes, so that its last number is cut.
+    const auto file = slicePath.replace_extension(SHRINKS);
+    std::filesystem::resize_file(file, std::filesystem::file_size(file) - 3);
 #endif
     *offset = 2048;
     return 77;
