@@ -374,7 +374,9 @@ TEST(Check, PassesGoodFiles) {
     for (const std::string file :
          {SAMPLES "hplc_run.cdf", FOREIGN_ANDI_FILE, TEST_DATA "expected/dad_run1.cdf",
           TEST_DATA "expected/dad_run2.cdf", TEST_DATA "expected/dad_run3.cdf"}) {
-        EXPECT_EQ(runCommand(folder, "check -q " + file), CommandResult{});
+        if (file != FOREIGN_ANDI_FILE || std::filesystem::exists(file)) {
+            EXPECT_EQ(runCommand(folder, "check -q " + file), CommandResult{});
+        }
     }
 }
 
