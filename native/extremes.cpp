@@ -50,10 +50,9 @@ void take(Extremes& extremes, float smallest, float largest) {
     }
 }
 
-/// The first sample that equals `extreme`, or itself if it is no number.
+/// The first sample that equals `extreme`, which is the value of one.
 float firstEqual(std::span<const float> samples, float extreme) {
-    const auto first = std::find(samples.begin(), samples.end(), extreme);
-    return first == samples.end() ? extreme : *first;
+    return *std::find(samples.begin(), samples.end(), extreme);
 }
 
 } // namespace
