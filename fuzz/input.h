@@ -2,7 +2,7 @@
 // files.
 #pragma once
 
-#include "platform/temporary_folder.h"
+#include "host/system/temporary_folder.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -61,7 +61,8 @@ class Input {
 
 /// A path in a folder of this process, which goes with it.
 inline std::string scratchPath(const char* name) {
-    static const TemporaryFolder folder{std::filesystem::temp_directory_path(), "korlit-fuzz-"};
+    static const host::TemporaryFolder folder{std::filesystem::temp_directory_path(),
+                                              "korlit-fuzz-"};
     return (folder.path() / name).string();
 }
 

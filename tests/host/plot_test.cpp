@@ -1,6 +1,6 @@
 // The charts' geometry on its own header, and `korlit plot` as a shell runs it.
-#include "host/chart_layout.h"
-#include "host/chart_text.h"
+#include "host/plot/chart_layout.h"
+#include "host/plot/chart_text.h"
 #include "tests/support/andi_text.h"
 #include "tests/support/command.h"
 

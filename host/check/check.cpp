@@ -1,0 +1,106 @@
+#include "host/check/check.h"
+
+#include "host/check/conversion_losses.h"
+#include "host/check/template_check.h"
+#include "host/files/recognise.h"
+#include "host/text/text_output.h"
+
+#include <algorithm>
+#include <iostream>
+#include <iterator>
+#include <string>
+#include <vector>
+
+namespace korlit::host {
+
+namespace {
+
+struct CheckedFile {
+    const std::string& name;
+    Findings findings;
+};
+
+std::size_t count(const Findings& findings, Severity severity) {
+    return static_cast<std::size_t>(std::ranges::count(findings, severity, &Finding::severity));
+}
+
+bool conforms(const Findings& findings) {
+    return count(findings, Severity::Loss) == findings.size();
+}
+
+Findings check(const std::string& file) {
+    const FileKind kind = recognise(file);
+    if (kind != FileKind::Andi && kind != FileKind::Unknown) {
+        return {
+            {.severity = Severity::Error,
+             .rule = "other-kind",
+             .message = std::string{"only ANDI files are checked, and this one is of the kind "} +
+                        kindName(kind)}};
+    }
+    AndiImage image;
+    if (const std::string reason = load(image, file); !reason.empty()) {
+        return {{.severity = Severity::Error, .rule = "unreadable", .message = reason}};
+    }
+    Findings findings = departuresFromTemplate(image);
+    std::ranges::move(lossesInPair(image), std::back_inserter(findings));
+    return findings;
+}
+
+std::string summary(const Findings& findings) {
+    std::vector<std::string> parts;
+    if (conforms(findings)) {
+        parts.emplace_back("conforms");
+    }
+    for (const Severity severity : {Severity::Error, Severity::Warning, Severity::Loss}) {
+        const std::size_t number = count(findings, severity);
+        if (number > 0 && severity == Severity::Loss) {
+            parts.push_back(std::to_string(number) + (number == 1 ? " loss" : " losses"));
+        } else if (number > 0) {
+            parts.push_back(counted(number, severityName(severity)));
+        }
+    }
+    return joined(parts);
+}
+
+void printText(const CheckedFile& file, bool isQuiet) {
+    const std::string name = printable(file.name);
+    for (const auto& [severity, rule, message] : file.findings) {
+        std::cout << name << ": " << severityName(severity) << ": " << printable(message) << '\n';
+    }
+    if (!isQuiet) {
+        std::cout << name << ": " << summary(file.findings) << '\n';
+    }
+}
+
+void printJson(const CheckedFile& file) {
+    Json findings = Json::array();
+    for (const auto& [severity, rule, message] : file.findings) {
+        findings.push_back(
+            {{"severity", severityName(severity)}, {"rule", rule}, {"message", utf8Of(message)}});
+    }
+    const Json object{
+        {"file", utf8Of(file.name)}, {"findings", findings}, {"conforms", conforms(file.findings)}};
+    std::cout << lineOf(object);
+}
+
+} // namespace
+
+int checkFiles(const CheckOptions& options) {
+    bool doAllConform = true;
+    for (const std::string& name : options.files) {
+        CheckedFile file{.name = name, .findings = check(name)};
+        doAllConform = doAllConform && conforms(file.findings);
+        if (options.isQuiet) {
+            std::erase_if(file.findings,
+                          [](const Finding& each) { return each.severity == Severity::Loss; });
+            if (file.findings.empty()) {
+                continue;
+            }
+        }
+        options.isJson ? printJson(file) : printText(file, options.isQuiet);
+    }
+    finishOutput();
+    return doAllConform ? 0 : 1;
+}
+
+} // namespace korlit::host

@@ -1,0 +1,94 @@
+// What stands below the options in the help of each command.
+#pragma once
+
+namespace korlit::host {
+
+constexpr const char* convertHelp =
+    "Without --output-dir or --output the files are written beside their source, under its name:\n"
+    "an ANDI file becomes a pair (.sli, .rpt), a pair an ANDI file (.cdf), and a run one ANDI "
+    "file\n"
+    "for each channel (1.cdf, 2.cdf, ...). Nothing that exists is replaced unless --force is "
+    "given.\n"
+    "\n"
+    "Examples:\n"
+    "  korlit convert run.cdf\n"
+    "  korlit convert -r archive --output-dir converted\n"
+    "  korlit convert -r archive --output-dir converted --skip-existing   (take it up again)\n"
+    "  korlit convert run.sli --output exported.cdf\n"
+    "  find archive -name '*.cdf' | korlit convert --files-from - --json\n"
+    "\n"
+    "Exit status: 0 all were converted, 1 some failed, 2 wrong use, 130 interrupted.";
+
+constexpr const char* infoHelp =
+    R"(--json prints one object per file and line, with the keys file, kind (andi,
+merivolta, dunvale), sample, operator, injection_date (ISO 8601), separation_type,
+autosampler_position and channels. Each channel has detector_unit, points, uniform,
+sampling_interval_s, delay_time_min, run_time_min, minimum and maximum in the
+detector unit with minimum_time_min and maximum_time_min, and peaks, whose keys
+are the columns of --peaks. A number that a file doesn't have, or that is none,
+is null.
+
+--peaks prints a row for each peak and --signal one for each sample, with the
+columns time_min and value in the detector unit; a run has the column channel
+ahead of them. Times are minutes from injection, areas and heights stand as in an
+ANDI file of the data. Numbers have a decimal point and all digits that a float
+has. Times of samples that aren't uniform are left empty.
+
+Examples:
+  korlit info run.cdf
+  korlit info --json *.sli | jq .sample
+  korlit info --peaks run.cdf > peaks.csv
+  korlit info --signal run.dat > signal.csv
+  korlit info --from dunvale run.bin)";
+
+constexpr const char* plotHelp =
+    "The chart replaces a file of its name. Each channel of a run has a panel of its own; peaks\n"
+    "have their names or, without one, their retention times.\n"
+    "\n"
+    "Examples:\n"
+    "  korlit plot run.cdf -o run.svg\n"
+    "  korlit plot run.sli -o report.pdf --title \"Batch 25, second injection\"\n"
+    "  korlit plot dad.run -o dad.png --width 1600 --from 2.5 --to 8\n"
+    "\n"
+    "Exit status: 0 drawn, 1 failed, 2 wrong use.";
+
+constexpr const char* checkHelp = R"(Each finding is a line "FILE: SEVERITY: words":
+  error    a reader fails on it or reads something wrong
+  warning  departs from the template and is read nevertheless
+  loss     conforms, but a conversion to a Merivolta pair leaves it out
+A file conforms if it has no error and no warning. The exit status is 0 if all files conform, 1 if
+one doesn't or can't be read, 2 for wrong use.
+
+Examples:
+  korlit check run.cdf
+  korlit check -q incoming/*.cdf || echo "not all of them conform"
+  korlit check --json run.cdf | jq -r '.findings[].rule')";
+
+constexpr const char* compareHelp = R"(Compared are:
+  signal  points, sampling interval, delay time and the samples, counted from 0
+  peaks   the first with the first and so on: names, detection codes, numbers;
+          a column that a side lacks is told once
+  texts   the ANDI attributes that are texts, detector unit, autosampler position
+
+A pair and a run are compared as what they become in an ANDI file. All times are
+compared in minutes, whatever unit a file has them in, and count as equal within
+one part in a million, since seconds and minutes are rounded each in its own way.
+All other numbers, areas too, are compared exactly and as they stand. With
+--tolerance T two numbers count as equal if they differ by no more than T times
+the larger of the two; 0.001 is a thousandth. Not a number equals not a number.
+
+Not compared are source_file_reference (where a file came from) and
+retention_unit (the unit of times).
+
+Runs are compared channel by channel. A run of several channels is compared with
+another kind of file by --channel.
+
+The exit status is 0 for equal, 1 for different, 2 for what can't be compared.
+
+Examples:
+  korlit compare run.sli run.cdf
+  korlit compare --tolerance 0.001 --only peaks old.cdf new.cdf
+  korlit compare --channel 2 run.dat run2.cdf
+  korlit compare -q a.cdf b.cdf && echo same)";
+
+} // namespace korlit::host

@@ -1,0 +1,42 @@
+// What a batch tells while it runs: a line for each file on standard output, and on a terminal how
+// far it has come on standard error.
+#pragma once
+
+#include "host/convert/job.h"
+
+#include <array>
+#include <chrono>
+#include <cstddef>
+
+namespace korlit::host {
+
+struct ReportOptions {
+    bool isJson = false;
+    bool isQuiet = false;   ///< only what failed
+    bool isVerbose = false; ///< with what was left out, warnings in full, seconds
+};
+
+class Report {
+  public:
+    Report(const ReportOptions& reportOptions, std::size_t jobCount);
+
+    void add(const Job& job, const Outcome& outcome);
+    /// Redraws the progress, if it is shown.
+    void tick();
+    /// Takes the progress away and tells the sums.
+    void end(bool isInterrupted);
+
+    std::size_t count(JobStatus status) const { return counts[static_cast<std::size_t>(status)]; }
+
+  private:
+    double secondsSoFar() const;
+    void clearProgress() const;
+
+    ReportOptions options;
+    std::size_t total;
+    std::array<std::size_t, 3> counts{};
+    std::chrono::steady_clock::time_point start = std::chrono::steady_clock::now();
+    bool isProgressShown = false;
+};
+
+} // namespace korlit::host

@@ -1,0 +1,156 @@
+#include "host/data/data_set.h"
+
+#include "host/files/andi_image.h"
+#include "host/files/staging.h"
+#include "host/system/temporary_folder.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cmath>
+#include <filesystem>
+#include <span>
+#include <stdexcept>
+
+namespace korlit::host {
+
+namespace {
+
+constexpr double secondsPerMinute = 60.0;
+
+/// A number from a text such as "0.2 "; 0 for what is none.
+double numberIn(const std::optional<std::string>& text) {
+    try {
+        return text ? std::stod(*text) : 0.0;
+    } catch (const std::exception&) {
+        return 0.0;
+    }
+}
+
+/// Times of an ANDI file are seconds unless its retention unit starts with "min".
+bool isInMinutes(const AndiImage& image) {
+    std::string unit = textOf(image, "retentionunit").value_or("");
+    std::transform(unit.begin(), unit.end(), unit.begin(),
+                   [](unsigned char letter) { return std::tolower(letter); });
+    return unit.starts_with("min");
+}
+
+double firstNumber(const AndiImage& image, const std::string& key) {
+    const std::vector<double> numbers = numbersOf(variableOf(image, key));
+    return numbers.empty() ? numberIn(textOf(image, key)) : numbers.front();
+}
+
+/// The sampling interval in minutes. A file has it as a float, and over thousands of samples what
+/// that cut off adds up: where it is a whole number of milliseconds, it is taken for just that.
+double samplingInterval(double stored, double msPerUnit) {
+    constexpr double msPerMinute = 60000.0;
+    const double milliseconds = std::round(stored * msPerUnit);
+    const bool isWhole = static_cast<float>(milliseconds / msPerUnit) == static_cast<float>(stored);
+    return (isWhole ? milliseconds : stored * msPerUnit) / msPerMinute;
+}
+
+std::string withoutSeparators(std::string name) {
+    std::erase(name, '_');
+    return name;
+}
+
+void readPeaks(DataSet& set, const AndiImage& image, double minutesPerUnit) {
+    const std::vector<std::string> names = rowsOf(image, variableOf(image, "peakname"));
+    const std::vector<double> retentionTimes = numbersOf(variableOf(image, "peakretentiontime"));
+    set.peaks.resize(std::max(names.size(), retentionTimes.size()));
+    for (const auto& [name, value, isTime] : peakNumbers()) {
+        const std::vector<double> column = numbersOf(variableOf(image, withoutSeparators(name)));
+        for (std::size_t i = 0; i < std::min(column.size(), set.peaks.size()); ++i) {
+            set.peaks[i].*value = isTime ? column[i] * minutesPerUnit : column[i];
+        }
+    }
+    const std::vector<std::string> starts =
+        rowsOf(image, variableOf(image, "peakstartdetectioncode"));
+    const std::vector<std::string> stops =
+        rowsOf(image, variableOf(image, "peakstopdetectioncode"));
+    for (std::size_t i = 0; i < set.peaks.size(); ++i) {
+        set.peaks[i].name = i < names.size() ? names[i] : "";
+        set.peaks[i].startCode = i < starts.size() ? starts[i] : "";
+        set.peaks[i].stopCode = i < stops.size() ? stops[i] : "";
+    }
+}
+
+void readTexts(DataSet& set, const AndiImage& image) {
+    const AndiAttributeList& list = image.file.GlobalAttributes;
+    for (const AndiAttribute& each : std::span{list.Items, static_cast<std::size_t>(list.Count)}) {
+        if (const auto text = textOf(each)) {
+            set.texts.emplace_back(each.Name, *text);
+        }
+    }
+}
+
+DataSet dataSetOf(const std::string& andiFile) {
+    AndiImage image;
+    if (const std::string reason = load(image, andiFile); !reason.empty()) {
+        throw std::runtime_error{reason};
+    }
+    DataSet set;
+    readTexts(set, image);
+    const double minutesPerUnit = isInMinutes(image) ? 1.0 : 1.0 / secondsPerMinute;
+    set.samplePosition = textOf(image, "autosamplerposition").value_or("");
+    set.detectorUnit = textOf(image, "detectorunit").value_or("");
+    set.signal = numbersOf(variableOf(image, "ordinatevalues"));
+    set.samplingInterval = samplingInterval(firstNumber(image, "actualsamplinginterval"),
+                                            isInMinutes(image) ? 60000.0 : 1000.0);
+    set.delayTime = firstNumber(image, "actualdelaytime") * minutesPerUnit;
+    const std::string flag = textOf(image, "uniformsamplingflag").value_or("Y");
+    set.isUniform = flag.starts_with('Y') || flag.starts_with('y');
+    readPeaks(set, image, minutesPerUnit);
+    return set;
+}
+
+} // namespace
+
+std::string DataSet::text(const std::string& name) const {
+    const auto found = std::ranges::find(texts, name, &std::pair<std::string, std::string>::first);
+    return found == texts.end() ? "" : found->second;
+}
+
+const std::vector<PeakNumber>& peakNumbers() {
+    static const std::vector<PeakNumber> numbers{
+        {.name = "peak_retention_time", .value = &Peak::retentionTime, .isTime = true},
+        {.name = "peak_amount", .value = &Peak::amount, .isTime = false},
+        {.name = "peak_start_time", .value = &Peak::startTime, .isTime = true},
+        {.name = "peak_end_time", .value = &Peak::endTime, .isTime = true},
+        {.name = "peak_area", .value = &Peak::area, .isTime = false},
+        {.name = "peak_area_percent", .value = &Peak::areaPercent, .isTime = false},
+        {.name = "peak_height", .value = &Peak::height, .isTime = false},
+        {.name = "baseline_start_time", .value = &Peak::baselineStartTime, .isTime = true},
+        {.name = "baseline_start_value", .value = &Peak::baselineStartValue, .isTime = false},
+        {.name = "baseline_stop_time", .value = &Peak::baselineStopTime, .isTime = true},
+        {.name = "baseline_stop_value", .value = &Peak::baselineStopValue, .isTime = false},
+    };
+    return numbers;
+}
+
+std::vector<DataSet> loadDataSets(const std::string& file, FileKind kind) {
+    if (kind == FileKind::Unknown) {
+        kind = recognise(file);
+    }
+    std::vector<DataSet> sets;
+    if (kind == FileKind::Unknown || kind == FileKind::Andi) {
+        sets.push_back(dataSetOf(file));
+    } else {
+        const TemporaryFolder stage{std::filesystem::temp_directory_path()};
+        const Plan plan = planFor(file, kind, stage.path(), "data");
+        const StagedResult result = convertStaged(plan, stage.path());
+        if (!result.isConverted) {
+            throw std::runtime_error{result.message};
+        }
+        for (const Target& target : plan.targets) {
+            sets.push_back(dataSetOf(target.path.string()));
+            sets.back().channel = plan.targets.size() > 1 ? static_cast<int>(sets.size()) : 0;
+        }
+    }
+    for (DataSet& set : sets) {
+        set.source = file;
+        set.kind = kind;
+    }
+    return sets;
+}
+
+} // namespace korlit::host

@@ -1,0 +1,22 @@
+// `korlit info`: what files hold.
+#pragma once
+
+#include "host/files/recognise.h"
+
+#include <string>
+#include <vector>
+
+namespace korlit::host {
+
+struct InfoOptions {
+    std::vector<std::string> files;
+    FileKind from = FileKind::Unknown;
+    bool json = false;
+    bool peaks = false;
+    bool signal = false;
+};
+
+/// Prints what each file holds. Answers 0, or 1 where a file can't be read.
+int showFiles(const InfoOptions& options);
+
+} // namespace korlit::host
