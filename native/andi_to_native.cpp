@@ -4,14 +4,14 @@
 #include "api/shared_state.h"
 #include "datetime/stamp.h"
 #include "native/extremes.h"
+#include "native/pair_rules.h"
 #include "platform/text.h"
 
 #include <algorithm>
 #include <array>
-#include <bit>
 #include <cstring>
-#include <limits>
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace korlit {
@@ -24,13 +24,13 @@ constexpr const char* notUniformText = "Data are not uniformly distributed (equi
 constexpr const char* tooManyPeaksText = "Too many peaks in data file";
 constexpr const char* noMemoryForPeaksText = "Out of memory reading data file";
 
-constexpr float minutesPerSecond = 1.0F / 60.0F;
-static_assert(std::bit_cast<std::uint32_t>(minutesPerSecond) == 0x3C888889);
-
-/// Lookup wants a key that it may change in place.
+/// Lookup wants a key without separators that it may change in place.
 struct LookupKey {
     std::array<char, 32> text{};
-    explicit LookupKey(const char* name) { lstrcpynA(text.data(), name, sizeof text); }
+    explicit LookupKey(std::string_view name) {
+        std::remove_copy(name.begin(), name.begin() + std::min(name.size(), text.size() - 1),
+                         text.begin(), '_');
+    }
 };
 
 bool lookUpText(AndiFile* file, const char* name, char* target, std::int32_t limit) {
@@ -75,7 +75,8 @@ void composeTime(std::span<char> target, const StampFields& stamp) {
 }
 
 void mapDate(AndiFile* file) {
-    if (!lookUpText(file, "datasetdatetimestamp") && !lookUpText(file, "injectiondatetimestamp")) {
+    const auto isThere = [&](const char* name) { return lookUpText(file, name).has_value(); };
+    if (std::ranges::none_of(stampSources, isThere)) {
         return;
     }
     StampFields stamp{};
@@ -86,16 +87,18 @@ void mapDate(AndiFile* file) {
     composeTime(TheResHeader.ResultTime, stamp);
 }
 
-/// A text of the header from a value, at most one character less than its field.
-template <std::size_t width>
-void mapText(AndiFile* file, const char* name, char (&field)[width]) {
-    lookUpText(file, name, field, width - 1);
+void mapTexts(AndiFile* file) {
+    auto* header = reinterpret_cast<char*>(&TheSliHeader);
+    for (const HeaderText& text : headerTexts) {
+        lookUpText(file, text.name, header + text.fieldOffset,
+                   static_cast<std::int32_t>(text.room()));
+    }
 }
 
 /// The samples into a block of their own; null, or the text of the failure.
 const char* mapSignal(NativeBlocks& blocks, AndiFile* file) {
-    if (const auto count = lookUpText(file, "pointnumber")) {
-        TheSliHeader.PointCount = static_cast<std::uint32_t>(readLong(*count).value_or(0));
+    if (const auto count = lookUpText(file, taken::pointNumber)) {
+        TheSliHeader.PointCount = static_cast<std::uint32_t>(countIn(*count));
     }
     const std::int64_t sampleSize = sizeof(float);
     const std::int64_t spare = 4;
@@ -103,7 +106,7 @@ const char* mapSignal(NativeBlocks& blocks, AndiFile* file) {
                       TheSliHeader.PointCount * sampleSize + spare)) {
         return noMemoryForDataText;
     }
-    AndiVariable* ordinates = lookUpVariable(file, "ordinatevalues");
+    AndiVariable* ordinates = lookUpVariable(file, taken::ordinateValues);
     if (ordinates == nullptr) {
         FreeAndiFile(file);
         return noOrdinatesText;
@@ -119,38 +122,14 @@ const char* mapSignal(NativeBlocks& blocks, AndiFile* file) {
     return nullptr;
 }
 
-/// `value` units of `unitMs` milliseconds each, truncated, in the field's 16 bits. What lies beyond
-/// 32 bits has no interval and gives 0.
-std::int16_t intervalMs(float value, double unitMs) {
-    constexpr float roundingAid = 1e-8F;
-    using Limits = std::numeric_limits<std::int32_t>;
-    const double interval = (double{value} + double{roundingAid}) * unitMs;
-    const bool isInRange = interval > Limits::min() - 1.0 && interval < Limits::max() + 1.0;
-    return isInRange ? static_cast<std::int16_t>(static_cast<std::int32_t>(interval))
-                     : std::int16_t{0};
-}
-
 /// Sets the sample interval; answers the factor that turns the file's times into minutes.
 float mapInterval(AndiFile* file) {
+    // The next lookup takes the place of this one's text.
+    const std::optional<std::string> interval{lookUpText(file, taken::samplingInterval)};
+    const PairTimes times = pairTimes(interval, lookUpText(file, taken::retentionUnit));
     TheSliHeader.ScaleFactor = 1.0;
-    TheSliHeader.SampleIntervalMs = 1;
-    const auto interval = lookUpText(file, "actualsamplinginterval");
-    if (!interval) {
-        return minutesPerSecond;
-    }
-    const float value = readFloat(*interval).value_or(0.0F);
-    if (!lookUpText(file, "retentionunit")) {
-        return minutesPerSecond;
-    }
-    _strlwr(TextScratch.data());
-    const bool isMinutes = std::string_view{TextScratch.data()}.starts_with("min");
-    TheSliHeader.SampleIntervalMs = intervalMs(value, isMinutes ? 60000.0 : 1000.0);
-    return isMinutes ? 1.0F : minutesPerSecond;
-}
-
-bool isUniform(AndiFile* file) {
-    const auto flag = lookUpText(file, "uniformsamplingflag");
-    return !flag || flag->starts_with('Y') || flag->starts_with('y');
+    TheSliHeader.SampleIntervalMs = times.intervalMs;
+    return times.minutesPerUnit;
 }
 
 /// Takes the digits at the start of `text` off it.
@@ -164,7 +143,7 @@ std::string_view takeDigits(std::string_view& text) {
 /// Rack and vial from a position such as 1-2. A text that doesn't start with the rack has its first
 /// digits taken for the vial.
 void mapPosition(AndiFile* file) {
-    auto rest = lookUpText(file, "autosamplerposition").value_or("");
+    auto rest = lookUpText(file, taken::samplePosition).value_or("");
     if (const auto rack = readShort(takeDigits(rest))) {
         TheSliHeader.AutosamplerRack = *rack;
     }
@@ -174,33 +153,6 @@ void mapPosition(AndiFile* file) {
     }
 }
 
-struct PeakColumn {
-    const char* name;
-    std::size_t fieldOffset;
-    bool isTime;
-};
-
-constexpr std::array<PeakColumn, 10> peakColumns{{
-    {.name = "peakamount", .fieldOffset = offsetof(PeakRecord, PeakAmount), .isTime = false},
-    {.name = "peakretentiontime",
-     .fieldOffset = offsetof(PeakRecord, RetentionTime),
-     .isTime = true},
-    {.name = "peakstarttime",
-     .fieldOffset = offsetof(PeakRecord, BaselineStartTime),
-     .isTime = true},
-    {.name = "peakstarttime", .fieldOffset = offsetof(PeakRecord, PeakStartTime), .isTime = true},
-    {.name = "peakendtime", .fieldOffset = offsetof(PeakRecord, BaselineStopTime), .isTime = true},
-    {.name = "peakendtime", .fieldOffset = offsetof(PeakRecord, PeakEndTime), .isTime = true},
-    {.name = "peakarea", .fieldOffset = offsetof(PeakRecord, PeakArea), .isTime = false},
-    {.name = "peakareapercent",
-     .fieldOffset = offsetof(PeakRecord, ExtAreaPercent),
-     .isTime = false},
-    {.name = "peakareapercent",
-     .fieldOffset = offsetof(PeakRecord, PeakAreaPercent),
-     .isTime = false},
-    {.name = "peakheight", .fieldOffset = offsetof(PeakRecord, PeakHeight), .isTime = false},
-}};
-
 /// Names of a matrix lie its row length apart; those of a vector 4 bytes.
 std::int64_t namePitch(const AndiFile& file, const AndiVariable& names) {
     constexpr std::int64_t vectorPitch = 4;
@@ -208,8 +160,7 @@ std::int64_t namePitch(const AndiFile& file, const AndiVariable& names) {
 }
 
 void mapPeakNames(AndiFile* file, PeakRecord* peaks) {
-    constexpr std::int64_t maxNameLength = 14;
-    const AndiVariable* names = lookUpVariable(file, "peakname");
+    const AndiVariable* names = lookUpVariable(file, taken::peakName);
     if (names == nullptr) {
         return;
     }
@@ -217,7 +168,7 @@ void mapPeakNames(AndiFile* file, PeakRecord* peaks) {
     const auto* name = static_cast<const char*>(names->Data);
     std::int64_t bytesLeft = names->VSize;
     for (int i = 0; i < TheResHeader.PeakCount && pitch >= 0 && bytesLeft >= pitch; ++i) {
-        const char* limit = name + std::min(maxNameLength, bytesLeft);
+        const char* limit = name + std::min(maxPeakNameLength, bytesLeft);
         std::copy(name, std::find(name, limit, '\0'), peaks[i].PeakName);
         name += pitch;
         bytesLeft -= pitch;
@@ -226,16 +177,14 @@ void mapPeakNames(AndiFile* file, PeakRecord* peaks) {
 
 /// The peak table, if the file has one that fits. `message` says why one was left out.
 void mapPeaks(NativeBlocks& blocks, AndiFile* file, float timeFactor, std::span<char> message) {
-    const auto countText = lookUpText(file, "peaknumber");
-    const std::int64_t count = countText ? readLong(*countText).value_or(0) : 0;
+    const std::int64_t count = countIn(lookUpText(file, taken::peakNumber).value_or(""));
     if (count <= 0) {
         return;
     }
-    const std::int64_t byteCount = count * static_cast<std::int64_t>(sizeof(PeakRecord));
-    if (byteCount > maxWrittenPeakBytes) {
+    if (count > maxWrittenPeaks) {
         return formatText(message, tooManyPeaksText);
     }
-    if (!acquireBlock(blocks.peakHandle, blocks.peaks, byteCount)) {
+    if (!acquireBlock(blocks.peakHandle, blocks.peaks, count * std::int64_t{sizeof(PeakRecord)})) {
         return formatText(message, noMemoryForPeaksText);
     }
     TheResHeader.PeakCount = static_cast<std::int16_t>(count);
@@ -243,7 +192,7 @@ void mapPeaks(NativeBlocks& blocks, AndiFile* file, float timeFactor, std::span<
     for (int i = 0; i < count; ++i) {
         blocks.peaks[i].PeakNumber = static_cast<std::uint16_t>(i + 1);
     }
-    for (const auto& [name, fieldOffset, isTime] : peakColumns) {
+    for (const auto& [name, fieldOffset, isTime] : peakSources) {
         CopyPeakColumn(name, blocks.peaks, fieldOffset, isTime ? timeFactor : 1.0F);
     }
     mapPeakNames(file, blocks.peaks);
@@ -259,14 +208,12 @@ int fail(std::span<char> message, const char* text) {
 int MapAndiToNative(NativeBlocks& blocks, AndiFile* file, std::span<char> message) {
     clearHeaders();
     mapDate(file);
-    mapText(file, "operatorname", TheSliHeader.OperatorName);
-    mapText(file, "samplename", TheSliHeader.SampleName);
-    mapText(file, "detectorunit", TheSliHeader.DetectorUnit);
+    mapTexts(file);
     if (const char* failure = mapSignal(blocks, file)) {
         return fail(message, failure);
     }
     const float timeFactor = mapInterval(file);
-    if (!isUniform(file)) {
+    if (!isUniform(lookUpText(file, taken::uniformFlag))) {
         return fail(message, notUniformText);
     }
     mapPosition(file);
