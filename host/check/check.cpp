@@ -3,7 +3,9 @@
 #include "host/check/conversion_losses.h"
 #include "host/check/template_check.h"
 #include "host/files/recognise.h"
-#include "host/text/text_output.h"
+#include "host/text/json.h"
+#include "host/text/output.h"
+#include "host/text/utf8.h"
 
 #include <algorithm>
 #include <iostream>
@@ -80,7 +82,7 @@ void printJson(const CheckedFile& file) {
     }
     const Json object{
         {"file", utf8Of(file.name)}, {"findings", findings}, {"conforms", conforms(file.findings)}};
-    std::cout << lineOf(object);
+    std::cout << jsonLine(object);
 }
 
 } // namespace

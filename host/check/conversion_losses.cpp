@@ -1,7 +1,7 @@
 #include "host/check/conversion_losses.h"
 
+#include "host/text/numbers.h"
 #include "host/text/stamps.h"
-#include "host/text/text_output.h"
 #include "native/native_records.h"
 #include "platform/text.h"
 

@@ -1,7 +1,7 @@
 #include "host/check/template_check.h"
 
+#include "host/text/numbers.h"
 #include "host/text/stamps.h"
-#include "host/text/text_output.h"
 #include "platform/text.h"
 
 #include <algorithm>

@@ -1,5 +1,8 @@
 #include "host/compare/compare.h"
 
+#include "host/compare/differences.h"
+#include "host/text/output.h"
+#include "host/text/utf8.h"
 #include "host/text/wrong_use.h"
 
 #include <algorithm>
@@ -87,7 +90,7 @@ void printJson(const CompareOptions& options, const std::vector<Difference>& dif
     for (const Difference& difference : differences) {
         json["differences"].push_back(difference.json);
     }
-    std::cout << lineOf(json);
+    std::cout << jsonLine(json);
 }
 
 } // namespace

@@ -1,7 +1,7 @@
 // `korlit compare`: in what two data sets differ.
 #pragma once
 
-#include "host/compare/differences.h"
+#include "host/compare/comparison.h"
 
 #include <string>
 

@@ -1,6 +1,8 @@
 #include "host/compare/differences.h"
 
 #include "host/data/facts.h"
+#include "host/text/numbers.h"
+#include "host/text/utf8.h"
 
 #include <algorithm>
 #include <array>

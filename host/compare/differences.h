@@ -1,19 +1,14 @@
 // In what two data sets differ.
 #pragma once
 
+#include "host/compare/comparison.h"
 #include "host/data/data_set.h"
-#include "host/text/text_output.h"
+#include "host/text/json.h"
 
 #include <string>
 #include <vector>
 
 namespace korlit::host {
-
-/// Which parts are looked at, and which numbers count as equal.
-struct Comparison {
-    std::vector<std::string> parts{"signal", "peaks", "texts"};
-    double tolerance = 0; ///< relative to the larger of two numbers
-};
 
 struct Difference {
     std::string words; ///< one line

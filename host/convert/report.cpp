@@ -1,9 +1,8 @@
 #include "host/convert/report.h"
 
 #include "host/system/terminal.h"
-#include "host/text/text_output.h"
-
-#include <nlohmann/json.hpp>
+#include "host/text/json.h"
+#include "host/text/utf8.h"
 
 #include <algorithm>
 #include <cmath>
@@ -44,26 +43,26 @@ void printLine(const Job& job, const Outcome& outcome, bool isVerbose) {
 }
 
 void printJson(const Job& job, const Outcome& outcome) {
-    nlohmann::ordered_json outputs = nlohmann::ordered_json::array();
+    Json outputs = Json::array();
     if (outcome.status != JobStatus::Failed) {
         for (const Target& target : job.plan.targets) {
             outputs.push_back(utf8Of(target.path.string()));
         }
     }
-    nlohmann::ordered_json warnings = nlohmann::ordered_json::array();
+    Json warnings = Json::array();
     for (const std::string& warning : outcome.warnings) {
         warnings.push_back(utf8Of(warning));
     }
-    const nlohmann::ordered_json line{{"source", utf8Of(job.plan.source)},
-                                      {"kind", kindName(job.plan.kind)},
-                                      {"outputs", outputs},
-                                      {"result", statusName(outcome.status)},
-                                      {"message", utf8Of(outcome.message)},
-                                      {"warnings", warnings},
-                                      {"seconds", outcome.seconds},
-                                      {"points", outcome.points},
-                                      {"peaks", outcome.peaks}};
-    std::cout << line.dump() << '\n';
+    const Json line{{"source", utf8Of(job.plan.source)},
+                    {"kind", kindName(job.plan.kind)},
+                    {"outputs", outputs},
+                    {"result", statusName(outcome.status)},
+                    {"message", utf8Of(outcome.message)},
+                    {"warnings", warnings},
+                    {"seconds", outcome.seconds},
+                    {"points", outcome.points},
+                    {"peaks", outcome.peaks}};
+    std::cout << jsonLine(line);
 }
 
 std::string minutesAndSeconds(double seconds) {

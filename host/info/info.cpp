@@ -2,7 +2,7 @@
 
 #include "host/info/info_data.h"
 #include "host/info/info_page.h"
-#include "host/text/text_output.h"
+#include "host/text/output.h"
 #include "host/text/wrong_use.h"
 
 #include <iostream>

@@ -1,8 +1,10 @@
 #include "host/info/info_data.h"
 
 #include "host/data/facts.h"
+#include "host/text/json.h"
+#include "host/text/numbers.h"
 #include "host/text/stamps.h"
-#include "host/text/text_output.h"
+#include "host/text/utf8.h"
 
 #include <algorithm>
 #include <iostream>
@@ -13,7 +15,7 @@ namespace {
 
 /// What stands in a column of --peaks and is a key of a peak in --json: the ANDI name without
 /// "peak_", with the unit of times.
-std::string keyOf(const PeakNumber& number) {
+std::string columnName(const PeakNumber& number) {
     constexpr std::string_view prefix = "peak_";
     std::string key = number.name;
     if (key.starts_with(prefix)) {
@@ -48,7 +50,7 @@ Json peakJson(const Peak& peak, std::size_t number) {
     for (const PeakNumber& each : peakNumbers()) {
         const std::optional<double>& value = peak.*each.value;
         const auto numberOf = each.isTime ? timeJson : numberJson;
-        json[keyOf(each)] = value ? numberOf(*value) : Json{};
+        json[columnName(each)] = value ? numberOf(*value) : Json{};
     }
     json["start_code"] = utf8Of(peak.startCode);
     json["stop_code"] = utf8Of(peak.stopCode);
@@ -95,20 +97,20 @@ void printJson(const std::vector<DataSet>& sets) {
               {"sample", utf8Of(set.text("sample_name"))},
               {"operator", utf8Of(set.text("operator_name"))},
               {"injection_date",
-               stamp ? stamp->date + 'T' + stamp->time + stamp->offset : utf8Of(injected)},
+               stamp ? stamp->date() + 'T' + stamp->time + stamp->offset : utf8Of(injected)},
               {"separation_type", utf8Of(set.text("separation_experiment_type"))},
               {"autosampler_position", utf8Of(set.samplePosition)},
               {"channels", Json::array()}};
     for (const DataSet& each : sets) {
         json["channels"].push_back(channelJson(each));
     }
-    std::cout << lineOf(json);
+    std::cout << jsonLine(json);
 }
 
 void printPeaks(const std::vector<DataSet>& sets) {
     std::cout << channelTitle(sets) << "number,name";
     for (const PeakNumber& number : peakNumbers()) {
-        std::cout << ',' << keyOf(number);
+        std::cout << ',' << columnName(number);
     }
     std::cout << ",start_code,stop_code\n";
     for (const DataSet& set : sets) {

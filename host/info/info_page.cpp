@@ -1,8 +1,9 @@
 #include "host/info/info_page.h"
 
 #include "host/data/facts.h"
+#include "host/text/numbers.h"
 #include "host/text/stamps.h"
-#include "host/text/text_output.h"
+#include "host/text/utf8.h"
 
 #include <algorithm>
 #include <array>
@@ -16,7 +17,7 @@ namespace {
 using Cells = std::vector<std::string>;
 
 std::string padded(const std::string& text, std::size_t width, bool isRight) {
-    const std::string blanks(width - std::min(width, widthOf(text)), ' ');
+    const std::string blanks(width - std::min(width, characterCount(text)), ' ');
     return isRight ? blanks + text : text + blanks;
 }
 
@@ -25,7 +26,7 @@ void printTable(const std::vector<Cells>& rows, const std::vector<bool>& isRight
     std::vector<std::size_t> widths(isRight.size());
     for (const Cells& row : rows) {
         for (std::size_t i = 0; i < row.size(); ++i) {
-            widths[i] = std::max(widths[i], widthOf(row[i]));
+            widths[i] = std::max(widths[i], characterCount(row[i]));
         }
     }
     for (const Cells& row : rows) {
@@ -44,7 +45,7 @@ std::string textOrDash(const std::string& text) {
 
 std::string injectionText(const std::string& text) {
     const auto stamp = stampIn(text);
-    return stamp ? stamp->date + ' ' + stamp->time + ' ' + stamp->offset : textOrDash(text);
+    return stamp ? stamp->date() + ' ' + stamp->time + ' ' + stamp->offset : textOrDash(text);
 }
 
 std::string kindText(const std::vector<DataSet>& sets) {

@@ -15,7 +15,7 @@ std::string firstCharacters(const std::string& text, std::size_t count);
 
 /// The date and time of a stamp such as 20051012083437+0200 as people write them; another text as
 /// it is.
-std::string readableStamp(const std::string& stamp);
+std::string readableStamp(const std::string& text);
 
 /// An integer raised, as in 10⁶.
 std::string raised(int number);

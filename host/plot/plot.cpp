@@ -3,7 +3,7 @@
 #include "host/data/data_set.h"
 #include "host/plot/chart_file.h"
 #include "host/plot/chart_text.h"
-#include "host/text/text_output.h"
+#include "host/text/numbers.h"
 #include "host/text/wrong_use.h"
 
 #include <algorithm>

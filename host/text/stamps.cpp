@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <span>
 
 namespace korlit::host {
 
@@ -22,13 +23,15 @@ constexpr Field month{.place = 4, .width = 2, .greatest = 12};
 constexpr Field day{.place = 6, .width = 2, .greatest = 31};
 constexpr std::size_t signPlace = 14;
 constexpr std::size_t stampLength = 19;
-constexpr std::array<Field, 8> fields{{
+constexpr std::array<Field, 6> dateAndTime{{
     year,
     month,
     day,
     {.place = 8, .width = 2, .greatest = 23},
     {.place = 10, .width = 2, .greatest = 59},
     {.place = 12, .width = 2, .greatest = 60},
+}};
+constexpr std::array<Field, 2> offset{{
     {.place = 15, .width = 2, .greatest = 14},
     {.place = 17, .width = 2, .greatest = 59},
 }};
@@ -37,9 +40,11 @@ int numberIn(std::string_view text, const Field& field) {
     return readLong(text.substr(field.place, field.width)).value_or(-1);
 }
 
-bool isField(std::string_view text, const Field& field) {
-    return std::ranges::all_of(text.substr(field.place, field.width), isDigit) &&
-           numberIn(text, field) <= field.greatest;
+bool areFields(std::string_view text, std::span<const Field> fields) {
+    return std::ranges::all_of(fields, [&](const Field& field) {
+        return std::ranges::all_of(text.substr(field.place, field.width), isDigit) &&
+               numberIn(text, field) <= field.greatest;
+    });
 }
 
 bool isCalendarDate(std::string_view text) {
@@ -50,20 +55,36 @@ bool isCalendarDate(std::string_view text) {
     return date.ok() && numberIn(text, year) > 0;
 }
 
-} // namespace
+bool hasDateAndTime(std::string_view text) {
+    return text.size() >= signPlace && areFields(text, dateAndTime) && isCalendarDate(text);
+}
 
-std::optional<Stamp> stampIn(std::string_view text) {
-    const auto isGood = [&](const Field& field) { return isField(text, field); };
-    if (text.size() != stampLength || (text[signPlace] != '+' && text[signPlace] != '-') ||
-        !std::ranges::all_of(fields, isGood) || !isCalendarDate(text)) {
-        return std::nullopt;
-    }
+bool hasOffset(std::string_view text) {
+    return text.size() == stampLength && (text[signPlace] == '+' || text[signPlace] == '-') &&
+           areFields(text, offset);
+}
+
+Stamp partsOf(std::string_view text) {
     const auto part = [&](std::size_t place, std::size_t length = 2) {
         return std::string{text.substr(place, length)};
     };
-    return Stamp{.date = part(0, 4) + '-' + part(4) + '-' + part(6),
-                 .time = part(8) + ':' + part(10) + ':' + part(12),
-                 .offset = part(signPlace, 3) + ':' + part(17)};
+    return {.year = part(0, 4),
+            .month = part(4),
+            .day = part(6),
+            .time = part(8) + ':' + part(10) + ':' + part(12),
+            .offset = text.size() == stampLength ? part(signPlace, 3) + ':' + part(17) : ""};
+}
+
+} // namespace
+
+std::optional<Stamp> stampIn(std::string_view text) {
+    return hasDateAndTime(text) && hasOffset(text) ? std::optional{partsOf(text)} : std::nullopt;
+}
+
+std::optional<Stamp> stampOrStartIn(std::string_view text) {
+    return hasDateAndTime(text) && (text.size() == signPlace || hasOffset(text))
+               ? std::optional{partsOf(text)}
+               : std::nullopt;
 }
 
 } // namespace korlit::host

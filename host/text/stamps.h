@@ -7,14 +7,22 @@
 
 namespace korlit::host {
 
+/// Its parts in digits.
 struct Stamp {
-    std::string date;   ///< 2005-10-12
+    std::string year;
+    std::string month;
+    std::string day;
     std::string time;   ///< 08:34:37
     std::string offset; ///< +02:00
+
+    std::string date() const { return year + '-' + month + '-' + day; }
 };
 
 /// The parts of a stamp; nothing for a text that is none, by its form or by its calendar date, time
 /// (a second may be 60) and offset (up to 14 hours).
 std::optional<Stamp> stampIn(std::string_view text);
+
+/// The same, also of a stamp that ends ahead of its offset, which is empty then.
+std::optional<Stamp> stampOrStartIn(std::string_view text);
 
 } // namespace korlit::host

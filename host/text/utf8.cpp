@@ -1,13 +1,8 @@
-#include "host/text/text_output.h"
+#include "host/text/utf8.h"
 
 #include <algorithm>
 #include <array>
-#include <charconv>
-#include <cmath>
-#include <iostream>
-#include <limits>
 #include <optional>
-#include <stdexcept>
 
 namespace korlit::host {
 
@@ -71,6 +66,8 @@ std::optional<char32_t> takeCharacter(std::string_view& text) {
     return isWhole && !isIn(surrogates, character) ? std::optional{character} : std::nullopt;
 }
 
+} // namespace
+
 std::u32string charactersOf(std::string_view text) {
     std::u32string characters;
     for (std::string_view rest = text; !rest.empty();) {
@@ -105,43 +102,6 @@ bool isSteering(char32_t character) {
     return std::ranges::any_of(steering, [&](const auto& range) { return isIn(range, character); });
 }
 
-/// Room for any number: 17 digits and zeros ahead of the point or behind it.
-using NumberBuffer = std::array<char, 64>;
-
-template <typename... Format>
-void append(std::string& line, Format... format) {
-    NumberBuffer buffer{};
-    line.append(buffer.data(),
-                std::to_chars(buffer.data(), buffer.data() + buffer.size(), format...).ptr);
-}
-
-bool isInFloatRange(double number) {
-    return std::abs(number) <= double{std::numeric_limits<float>::max()};
-}
-
-bool isFloat(double number) {
-    return isInFloatRange(number) && double{static_cast<float>(number)} == number;
-}
-
-/// False for what is no number, which is appended as such.
-bool isToBeFormatted(std::string& line, double number) {
-    if (!std::isfinite(number)) {
-        line += std::isnan(number) ? "nan" : number < 0 ? "-inf" : "inf";
-    }
-    return std::isfinite(number);
-}
-
-Json parsed(const std::string& text, double number) {
-    if (!std::isfinite(number)) {
-        return nullptr;
-    }
-    double value = 0;
-    std::from_chars(text.data(), text.data() + text.size(), value);
-    return value;
-}
-
-} // namespace
-
 std::string utf8Of(std::string_view text) {
     return encoded(charactersOf(text));
 }
@@ -152,95 +112,8 @@ std::string printable(std::string_view text) {
     return encoded(characters);
 }
 
-std::size_t widthOf(std::string_view text) {
+std::size_t characterCount(std::string_view text) {
     return charactersOf(text).size();
-}
-
-void appendNumber(std::string& line, double number) {
-    constexpr double smallestPlain = 1e-5;
-    constexpr double largestPlain = 1e15;
-    if (!isToBeFormatted(line, number)) {
-        return;
-    }
-    const double size = std::abs(number);
-    const bool isPlain = size == 0 || (size >= smallestPlain && size < largestPlain);
-    const auto format = isPlain ? std::chars_format::fixed : std::chars_format::scientific;
-    if (isFloat(number)) {
-        append(line, static_cast<float>(number), format);
-    } else {
-        append(line, number, format);
-    }
-}
-
-void appendSampleTime(std::string& line, double minutes) {
-    constexpr int digits = 10;
-    if (isToBeFormatted(line, minutes)) {
-        append(line, minutes, std::chars_format::general, digits);
-    }
-}
-
-std::string numberText(double number) {
-    std::string text;
-    appendNumber(text, number);
-    return text;
-}
-
-std::string timeText(double time) {
-    return numberText(isInFloatRange(time) ? static_cast<float>(time) : time);
-}
-
-std::string roundedText(double number) {
-    constexpr int digits = 6;
-    constexpr double firstWithoutFraction = 1e5;
-    constexpr double firstTooLong = 1e15;
-    std::string text;
-    if (!isToBeFormatted(text, number)) {
-        return text;
-    }
-    if (std::abs(number) >= firstWithoutFraction && std::abs(number) < firstTooLong) {
-        append(text, number, std::chars_format::fixed, 0);
-    } else {
-        append(text, number, std::chars_format::general, digits);
-    }
-    return text;
-}
-
-std::string threeDecimals(double number) {
-    constexpr double firstTooLong = 1e9;
-    if (!(std::abs(number) < firstTooLong)) {
-        return roundedText(number);
-    }
-    std::string text;
-    append(text, number, std::chars_format::fixed, 3);
-    return text;
-}
-
-Json numberJson(double number) {
-    return parsed(numberText(number), number);
-}
-
-Json timeJson(double time) {
-    return parsed(timeText(time), time);
-}
-
-Json roundedJson(double number) {
-    return parsed(roundedText(number), number);
-}
-
-std::string lineOf(const Json& value) {
-    constexpr int onOneLine = -1;
-    constexpr bool isAscii = true;
-    return value.dump(onOneLine, ' ', isAscii) + '\n';
-}
-
-void printFailure(const std::string& file, const std::string& words) {
-    std::cerr << "korlit: " << printable(file) << ": " << printable(words) << '\n';
-}
-
-void finishOutput() {
-    if (!std::cout.flush()) {
-        throw std::runtime_error{"standard output could not be written"};
-    }
 }
 
 } // namespace korlit::host

@@ -1,0 +1,55 @@
+#include "host/text/json.h"
+
+#include "host/text/numbers.h"
+#include "host/text/utf8.h"
+
+#include <array>
+#include <charconv>
+#include <cmath>
+
+namespace korlit::host {
+
+namespace {
+
+Json parsed(const std::string& text, double number) {
+    if (!std::isfinite(number)) {
+        return nullptr;
+    }
+    double value = 0;
+    std::from_chars(text.data(), text.data() + text.size(), value);
+    return value;
+}
+
+/// All that steers is below U+10000, and so has one escape.
+std::u32string escaped(char32_t character) {
+    constexpr std::u32string_view digits = U"0123456789abcdef";
+    std::u32string escape = U"\\u";
+    for (const unsigned shift : {12U, 8U, 4U, 0U}) {
+        escape += digits[(character >> shift) & 0xFU];
+    }
+    return escape;
+}
+
+} // namespace
+
+Json numberJson(double number) {
+    return parsed(numberText(number), number);
+}
+
+Json timeJson(double time) {
+    return parsed(timeText(time), time);
+}
+
+Json roundedJson(double number) {
+    return parsed(roundedText(number), number);
+}
+
+std::string jsonLine(const Json& value) {
+    std::u32string line;
+    for (const char32_t character : charactersOf(value.dump())) {
+        isSteering(character) ? line += escaped(character) : line += character;
+    }
+    return encoded(line) + '\n';
+}
+
+} // namespace korlit::host

@@ -1,0 +1,22 @@
+// What the commands print as JSON. The library behind it takes long to compile: only what makes
+// JSON includes this.
+#pragma once
+
+#include <nlohmann/json.hpp>
+
+#include <string>
+
+namespace korlit::host {
+
+/// With the keys in the order in which they were added.
+using Json = nlohmann::ordered_json;
+
+/// What numberText, timeText and roundedText have, in JSON; null for what is no number there.
+Json numberJson(double number);
+Json timeJson(double time);
+Json roundedJson(double number);
+
+/// One line in UTF-8. What would steer a terminal is escaped.
+std::string jsonLine(const Json& value);
+
+} // namespace korlit::host
