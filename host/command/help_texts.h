@@ -8,7 +8,17 @@ constexpr const char* convertHelp =
     "an ANDI file becomes a pair (.sli, .rpt), a pair an ANDI file (.cdf), and a run one ANDI "
     "file\n"
     "for each channel (1.cdf, 2.cdf, ...). Nothing that exists is replaced unless --force is "
-    "given.\n"
+    "given,\n"
+    "and files come to their place whole or not at all.\n"
+    "\n"
+    "Each file is converted in a worker process: one that crashes costs its one file. An "
+    "interrupt\n"
+    "ends the conversions that run and begins no new one; --skip-existing takes the rest up "
+    "again.\n"
+    "\n"
+    "--json prints the keys source, kind, outputs, result (converted, skipped or failed), "
+    "message,\n"
+    "warnings, seconds, points and peaks.\n"
     "\n"
     "Examples:\n"
     "  korlit convert run.cdf\n"
@@ -48,7 +58,7 @@ constexpr const char* plotHelp =
     "Examples:\n"
     "  korlit plot run.cdf -o run.svg\n"
     "  korlit plot run.sli -o report.pdf --title \"Batch 25, second injection\"\n"
-    "  korlit plot dad.run -o dad.png --width 1600 --from 2.5 --to 8\n"
+    "  korlit plot dad.run -o dad.png --width 1600 --from-time 2.5 --to-time 8\n"
     "\n"
     "Exit status: 0 drawn, 1 failed, 2 wrong use.";
 
@@ -83,7 +93,8 @@ retention_unit (the unit of times).
 Runs are compared channel by channel. A run of several channels is compared with
 another kind of file by --channel.
 
-The exit status is 0 for equal, 1 for different, 2 for what can't be compared.
+The exit status is 0 for equal, 1 for different, 2 where a file can't be read or
+the two can't be compared.
 
 Examples:
   korlit compare run.sli run.cdf

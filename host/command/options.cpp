@@ -1,23 +1,23 @@
 #include "host/command/options.h"
 
 #include "host/check/check.h"
+#include "host/command/command_tree.h"
 #include "host/command/help_texts.h"
 #include "host/command/suggestions.h"
+#include "host/command/values.h"
 #include "host/compare/compare.h"
 #include "host/convert/convert.h"
 #include "host/info/info.h"
-#include "host/plot/chart_file.h"
-#include "host/plot/chart_layout.h"
 #include "host/plot/plot.h"
 #include "host/text/wrong_use.h"
 
 #include <CLI/CLI.hpp>
 
-#include <charconv>
-#include <cmath>
+#include <algorithm>
+#include <array>
 #include <iostream>
+#include <iterator>
 #include <memory>
-#include <string_view>
 
 namespace korlit::host {
 
@@ -26,41 +26,27 @@ namespace {
 // Exit status 1 is kept for what failed or differs.
 constexpr int wrongUse = 2;
 
-/// --from, by which a user says what kind the files are.
-void addKindOption(CLI::App& command, FileKind& kind) {
-    command
-        .add_option_function<std::string>(
-            "--from",
-            [&kind](const std::string& name) {
-                for (const FileKind each :
-                     {FileKind::Andi, FileKind::Merivolta, FileKind::Dunvale}) {
-                    if (name == kindName(each)) {
-                        kind = each;
-                        return;
-                    }
-                }
-                throw CLI::ValidationError{"--from", "must be andi, merivolta or dunvale"};
-            },
-            "Take all files for this kind instead of recognising each:\n"
-            "andi, merivolta or dunvale")
-        ->type_name("KIND");
+/// Choices as the help shows them behind the name of a value, and as choicesOf reads them again.
+std::string shown(const std::vector<std::string>& choices) {
+    return '{' + CLI::detail::join(choices, ",") + '}';
 }
 
-/// "2/5" for the second of five parts.
-bool readShard(const std::string& text, WorkOptions& work) {
-    const std::string_view all{text};
-    const std::size_t slash = all.find('/');
-    if (slash == std::string_view::npos) {
-        return false;
-    }
-    const auto readNumber = [](std::string_view digits, std::size_t& number) {
-        const auto [end, error] =
-            std::from_chars(digits.data(), digits.data() + digits.size(), number);
-        return error == std::errc{} && end == digits.data() + digits.size();
+/// --from, by which a user says what kind the files are.
+void addKindOption(CLI::App& command, FileKind& kind) {
+    constexpr std::array kinds{FileKind::Andi, FileKind::Merivolta, FileKind::Dunvale};
+    std::vector<std::string> names;
+    std::ranges::transform(kinds, std::back_inserter(names), kindName);
+    const auto read = [&kind, kinds, names](const std::string& name) {
+        const auto place = std::ranges::find(names, name);
+        if (place == names.end()) {
+            throw CLI::ValidationError{"--from", "must be " + alternatives(names)};
+        }
+        kind = kinds.at(static_cast<std::size_t>(place - names.begin()));
     };
-    return readNumber(all.substr(0, slash), work.shard) &&
-           readNumber(all.substr(slash + 1), work.shardCount) && work.shard >= 1 &&
-           work.shard <= work.shardCount;
+    command
+        .add_option_function<std::string>(
+            "--from", read, "Take all files for this kind instead of recognising each")
+        ->type_name("KIND:" + shown(names));
 }
 
 void addWorkOptions(CLI::App& command, ConvertOptions& options) {
@@ -68,7 +54,8 @@ void addWorkOptions(CLI::App& command, ConvertOptions& options) {
     command
         .add_option("PATH", work.paths, "Files, and folders of which what is recognised is taken")
         ->type_name("");
-    command.add_flag("-r,--recursive", work.isRecursive, "Take folders with all that lies below");
+    command.add_flag("-r,--recursive", work.isRecursive,
+                     "Take folders with all that lies below, but for what is hidden");
     command
         .add_option("--files-from", work.filesFrom,
                     "Take further paths from the lines of a file; - is standard input")
@@ -88,7 +75,7 @@ void addWorkOptions(CLI::App& command, ConvertOptions& options) {
         .add_option_function<std::string>(
             "--shard",
             [&work](const std::string& text) {
-                if (!readShard(text, work)) {
+                if (!readShard(text, work.shard, work.shardCount)) {
                     throw CLI::ValidationError{"--shard",
                                                "must be I/N with I from 1 to N, as in 2/5"};
                 }
@@ -118,7 +105,7 @@ void addReportOptions(CLI::App& command, ConvertOptions& options) {
 void addConvertCommand(CLI::App& app, int& status) {
     CLI::App* command = app.add_subcommand(
         "convert",
-        "Convert ANDI files to Merivolta pairs, and pairs and Dunvale runs to ANDI files");
+        "Converts ANDI files to Merivolta pairs, and pairs and Dunvale runs to ANDI files");
     const auto options = std::make_shared<ConvertOptions>();
     addWorkOptions(*command, *options);
     addReportOptions(*command, *options);
@@ -135,9 +122,9 @@ void addInfoCommand(CLI::App& app, int& status) {
     const auto options = std::make_shared<InfoOptions>();
     CLI::App* const command =
         app.add_subcommand("info", "Shows what files hold: facts, peaks, signal");
-    command->add_option("files", options->files, "ANDI files, slice files of pairs, runs")
+    command->add_option("FILE", options->files, "ANDI files, slice files of pairs, runs")
         ->required()
-        ->type_name("FILE");
+        ->type_name("");
     addKindOption(*command, options->from);
     CLI::Option* const json = command->add_flag("--json", options->json, "Print JSON");
     CLI::Option* const peaks = command->add_flag("--peaks", options->peaks, "Print peaks as CSV");
@@ -149,39 +136,40 @@ void addInfoCommand(CLI::App& app, int& status) {
     command->callback([options, &status] { status = showFiles(*options); });
 }
 
-std::string refuseEnding(const std::string& output) {
-    return chartFormatOf(output) ? "" : "a chart is a .svg, .png or .pdf file, not " + output;
-}
-
-std::string refuseInfinite(const std::string& number) {
-    double value = 0;
-    return CLI::detail::lexical_cast(number, value) && !isDrawable(value)
-               ? "not a number of minutes"
-               : "";
-}
-
 void addPlotCommand(CLI::App& app, int& status) {
     constexpr double leastSize = 200;
     constexpr double largestSize = 10000;
     const auto options = std::make_shared<PlotOptions>();
     CLI::App* command =
-        app.add_subcommand("plot", "Draw the chromatogram of a file as SVG, PNG or PDF");
+        app.add_subcommand("plot", "Draws the chromatogram of a file as SVG, PNG or PDF");
     command->footer(plotHelp);
-    command->add_option("FILE", options->file, "An ANDI file, a slice file or a run")->required();
+    command->add_option("FILE", options->file, "An ANDI file, a slice file or a run")
+        ->required()
+        ->type_name("");
     command->add_option("-o,--output", options->output, "The chart: a .svg, .png or .pdf file")
         ->required()
-        ->check(refuseEnding);
-    command->add_option("--width", options->width, "Its width in points or pixels")
-        ->capture_default_str()
-        ->check(CLI::Range(leastSize, largestSize));
+        ->check(refuseChartName)
+        ->type_name("FILE");
+    const CLI::Validator isSize = CLI::Range(leastSize, largestSize).description("");
     command
-        ->add_option("--height", options->height, "Its height, else after the number of channels")
-        ->check(CLI::Range(leastSize, largestSize));
-    command->add_option("--from", options->from, "Where the time axis starts, in minutes")
-        ->check(refuseInfinite);
-    command->add_option("--to", options->to, "Where it ends")->check(refuseInfinite);
+        ->add_option("--width", options->width, "Its width in points or pixels, from 200 to 10000")
+        ->capture_default_str()
+        ->check(isSize)
+        ->type_name("N");
+    command
+        ->add_option("--height", options->height,
+                     "Its height, from 200 to 10000; else after the number of channels")
+        ->check(isSize)
+        ->type_name("N");
+    command->add_option("--from-time", options->from, "Where the time axis starts, in minutes")
+        ->check(refuseMinutes)
+        ->type_name("MINUTES");
+    command->add_option("--to-time", options->to, "Where it ends")
+        ->check(refuseMinutes)
+        ->type_name("MINUTES");
     command->add_flag("--no-peaks", options->isWithoutPeaks, "Draw the signal alone");
-    command->add_option("--title", options->title, "The title, else the sample's name");
+    command->add_option("--title", options->title, "The title, else the sample's name")
+        ->type_name("TEXT");
     command->callback([options, &status] {
         plotFile(*options);
         status = 0;
@@ -193,7 +181,7 @@ void addCheckCommand(CLI::App& app, int& status) {
     CLI::App& command = *app.add_subcommand(
         "check", "Tells what in ANDI files departs from the chromatography template, and what a "
                  "conversion leaves out");
-    command.add_option("FILE", options->files, "ANDI files")->required();
+    command.add_option("FILE", options->files, "ANDI files")->required()->type_name("");
     command.add_flag("--json", options->isJson, "Print one JSON object a line for each file");
     command.add_flag("-q,--quiet", options->isQuiet,
                      "Print errors and warnings only, and nothing of files that conform");
@@ -202,32 +190,29 @@ void addCheckCommand(CLI::App& app, int& status) {
 }
 
 void addComparisonOptions(CLI::App& command, CompareOptions& options) {
-    const auto isFinite = [](const std::string& text) -> std::string {
-        double number = 0;
-        return CLI::detail::lexical_cast(text, number) && std::isfinite(number) && number >= 0
-                   ? ""
-                   : text + " is no tolerance";
-    };
+    const std::vector<std::string> parts{"signal", "peaks", "texts"};
     command.add_option("--tolerance", options.comparison.tolerance, "Relative; see below")
-        ->check(CLI::Validator{isFinite, ""})
+        ->check(refuseTolerance)
         ->type_name("T");
     command
         .add_option("--only", options.comparison.parts,
-                    "Compare these parts only: signal,peaks,texts")
+                    "Compare these parts only, with commas between them")
         ->delimiter(',')
         ->allow_extra_args(false)
-        ->check(CLI::IsMember{{"signal", "peaks", "texts"}})
-        ->type_name("PARTS");
+        ->check(CLI::IsMember{parts}.description(""))
+        ->type_name("PARTS:" + shown(parts));
     command.add_option("--channel", options.channel, "Of a run, compare this channel, from 1")
-        ->check(CLI::PositiveNumber)
+        ->check(CLI::Validator{CLI::PositiveNumber}.description(""))
         ->type_name("N");
 }
 
 void addCompareCommand(CLI::App& app, int& status) {
     const auto options = std::make_shared<CompareOptions>();
     CLI::App* const command = app.add_subcommand("compare", "Tells in what two data sets differ");
-    command->add_option("A", options->a, "ANDI file, slice file of a pair, or run")->required();
-    command->add_option("B", options->b, "The other")->required();
+    command->add_option("A", options->a, "ANDI file, slice file of a pair, or run")
+        ->required()
+        ->type_name("");
+    command->add_option("B", options->b, "The other")->required()->type_name("");
     addComparisonOptions(*command, *options);
     CLI::Option* const json = command->add_flag("--json", options->json, "Print one JSON object");
     command->add_flag("-q,--quiet", options->quiet, "Print nothing, answer by the exit status")
@@ -236,47 +221,61 @@ void addCompareCommand(CLI::App& app, int& status) {
     command->callback([options, &status] { status = compareFiles(*options); });
 }
 
-std::vector<std::string> optionNames(const CLI::App& command) {
-    std::vector<std::string> names;
-    for (const CLI::Option* option : command.get_options()) {
-        for (const std::string& name : option->get_lnames()) {
-            names.push_back("--" + name);
+std::vector<std::string> choicesOf(const std::string& type) {
+    const std::size_t start = type.find('{');
+    return start == std::string::npos
+               ? std::vector<std::string>{}
+               : CLI::detail::split(type.substr(start + 1, type.find('}') - start - 1), ',');
+}
+
+OptionInfo infoOf(const CLI::Option& option) {
+    OptionInfo info{
+        .names = {},
+        .value = option.get_name(),
+        .choices = {},
+        .description = CLI::detail::find_and_replace(option.get_description(), "\n", " "),
+        .isRequired = option.get_required(),
+        .isList = option.get_items_expected_max() > 1 || option.get_delimiter() != '\0'};
+    if (!option.get_positional()) {
+        const std::string type = option.get_type_name();
+        info.value = type.substr(0, type.find(':'));
+        info.choices = choicesOf(type);
+        for (const std::string& name : option.get_snames()) {
+            info.names.push_back('-' + name);
+        }
+        for (const std::string& name : option.get_lnames()) {
+            info.names.push_back("--" + name);
         }
     }
-    return names;
+    return info;
 }
 
-std::vector<std::string> commandNames(const CLI::App& app) {
-    std::vector<std::string> names;
-    for (const CLI::App* command : app.get_subcommands({})) {
-        names.push_back(command->get_name());
+CommandInfo infoOf(const CLI::App& app) {
+    CommandInfo info{.name = app.get_name(),
+                     .description = app.get_description(),
+                     .details = app.get_footer(),
+                     .arguments = {},
+                     .options = {},
+                     .commands = {}};
+    for (const CLI::Option* option : app.get_options()) {
+        (option->get_positional() ? info.arguments : info.options).push_back(infoOf(*option));
     }
-    return names;
+    for (const CLI::App* command : app.get_subcommands({})) {
+        info.commands.push_back(infoOf(*command));
+    }
+    return info;
 }
 
-/// An option as it was given, without its value.
-std::string nameOf(const std::string& argument) {
-    return argument.substr(0, argument.find('='));
-}
-
-/// What is wrong with the arguments: names the command or option that isn't known and suggests the
-/// nearest one, or has the parser's own words.
+/// What is wrong with the arguments: what isn't known among them, or the parser's own words.
 std::string usageText(const CLI::App& app, const CLI::ParseError& error) {
     const std::vector<std::string> unknown = app.remaining(true);
     const auto commands = app.get_subcommands();
     if (commands.empty()) {
-        return unknown.empty() ? "no command"
-                               : "unknown command " + unknown.front() +
-                                     suggestion(unknown.front(), commandNames(app));
+        return unknown.empty() ? "no command" : unknownCommand(unknown.front(), infoOf(app));
     }
-    if (dynamic_cast<const CLI::ExtrasError*>(&error) == nullptr || unknown.empty()) {
-        return error.what();
-    }
-    const auto isOption = [](const std::string& word) { return word.starts_with('-'); };
-    const auto option = std::ranges::find_if(unknown, isOption);
-    const std::string word = nameOf(option == unknown.end() ? unknown.front() : *option);
-    return (isOption(word) ? "unknown option " : "unexpected argument ") + word +
-           suggestion(word, optionNames(*commands.front()));
+    const bool isUnknown = dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr;
+    return isUnknown && !unknown.empty() ? unknownArgument(unknown, infoOf(*commands.front()))
+                                         : error.what();
 }
 
 int refuse(const CLI::App& app, const std::string& words) {
@@ -286,28 +285,38 @@ int refuse(const CLI::App& app, const std::string& words) {
     return wrongUse;
 }
 
+/// The parser of all commands, which leave their exit status in `status`.
+std::unique_ptr<CLI::App> parserInto(int& status) {
+    auto app = std::make_unique<CLI::App>(
+        "Converts chromatography data between ANDI files and native formats, and looks into "
+        "them.",
+        "korlit");
+    app->set_version_flag("--version", std::string{"korlit "} + KORLIT_VERSION);
+    app->require_subcommand(1);
+    for (const auto add :
+         {addConvertCommand, addInfoCommand, addPlotCommand, addCheckCommand, addCompareCommand}) {
+        add(*app, status);
+    }
+    return app;
+}
+
 } // namespace
 
-int runCommand(int argumentCount, char** arguments) {
-    CLI::App app{
-        "Converts chromatography data between ANDI files and native formats, and looks into "
-        "them."};
-    app.name("korlit");
-    app.set_version_flag("--version", std::string{"korlit "} + KORLIT_VERSION);
-    app.require_subcommand(1);
+CommandInfo commandTree() {
     int status = 0;
-    addConvertCommand(app, status);
-    addInfoCommand(app, status);
-    addPlotCommand(app, status);
-    addCheckCommand(app, status);
-    addCompareCommand(app, status);
+    return infoOf(*parserInto(status));
+}
+
+int runCommand(int argumentCount, char** arguments) {
+    int status = 0;
+    const std::unique_ptr<CLI::App> app = parserInto(status);
     try {
-        app.parse(argumentCount, arguments);
+        app->parse(argumentCount, arguments);
     } catch (const CLI::ParseError& error) {
         // --help and --version come this way, too.
-        return error.get_exit_code() == 0 ? app.exit(error) : refuse(app, usageText(app, error));
+        return error.get_exit_code() == 0 ? app->exit(error) : refuse(*app, usageText(*app, error));
     } catch (const WrongUse& error) {
-        return refuse(app, error.what());
+        return refuse(*app, error.what());
     }
     return status;
 }

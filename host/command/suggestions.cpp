@@ -22,14 +22,39 @@ std::size_t editDistance(const std::string& from, const std::string& to) {
     return row.back();
 }
 
-} // namespace
-
+/// "; did you mean convert?" for the nearest of the known words, if it is near.
 std::string suggestion(const std::string& word, const std::vector<std::string>& known) {
     constexpr std::size_t furthest = 3;
     const auto nearest = std::ranges::min_element(
         known, {}, [&](const std::string& name) { return editDistance(word, name); });
     const bool isNear = nearest != known.end() && editDistance(word, *nearest) <= furthest;
     return isNear ? "; did you mean " + *nearest + "?" : "";
+}
+
+bool isOption(const std::string& word) {
+    return word.starts_with('-');
+}
+
+} // namespace
+
+std::string unknownCommand(const std::string& word, const CommandInfo& korlit) {
+    std::vector<std::string> known;
+    for (const CommandInfo& command : korlit.commands) {
+        known.push_back(command.name);
+    }
+    return "unknown command " + word + suggestion(word, known);
+}
+
+std::string unknownArgument(const std::vector<std::string>& words, const CommandInfo& command) {
+    std::vector<std::string> known;
+    for (const OptionInfo& option : command.options) {
+        known.push_back(option.names.back());
+    }
+    const auto option = std::ranges::find_if(words, isOption);
+    const std::string argument = option == words.end() ? words.front() : *option;
+    const std::string word = argument.substr(0, argument.find('=')); // without its value
+    return (isOption(word) ? "unknown option " : "unexpected argument ") + word +
+           suggestion(word, known);
 }
 
 } // namespace korlit::host

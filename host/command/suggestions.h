@@ -1,12 +1,18 @@
-// What a user may have meant by a word that isn't known.
+// What is said of words that aren't known, with what a user may have meant by them.
 #pragma once
+
+#include "host/command/command_tree.h"
 
 #include <string>
 #include <vector>
 
 namespace korlit::host {
 
-/// "; did you mean convert?" for the nearest of the known words; the empty text where none is near.
-std::string suggestion(const std::string& word, const std::vector<std::string>& known);
+/// "unknown command convrt; did you mean convert?", where some command is near.
+std::string unknownCommand(const std::string& word, const CommandInfo& korlit);
+
+/// The same of the first option among the arguments, or of the first argument, that a command
+/// doesn't know.
+std::string unknownArgument(const std::vector<std::string>& words, const CommandInfo& command);
 
 } // namespace korlit::host

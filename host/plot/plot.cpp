@@ -213,11 +213,11 @@ Range timesToShow(const PlotOptions& options, const std::vector<DataSet>& sets, 
     }
     if (!isInMinutes) {
         throw std::runtime_error{options.file + " has no sampling interval, so that no minutes " +
-                                 "can be chosen with --from and --to"};
+                                 "can be chosen with --from-time and --to-time"};
     }
     const Range shown{.from = options.from.value_or(all.from), .to = options.to.value_or(all.to)};
     if (known && (shown.from > all.to || shown.to < all.from)) {
-        throw std::runtime_error{"nothing to draw with --from and --to: the signal of " +
+        throw std::runtime_error{"nothing to draw with --from-time and --to-time: the signal of " +
                                  options.file + " goes from " + spanText(all)};
     }
     return widened(shown);
@@ -269,7 +269,7 @@ Chart chartOf(const PlotOptions& options, const std::vector<DataSet>& sets) {
 
 void refuseWrongUse(const PlotOptions& options) {
     if (options.from && options.to && !(*options.from < *options.to)) {
-        throw WrongUse{"--from: must be less than --to"};
+        throw WrongUse{"--from-time: must be less than --to-time"};
     }
     std::error_code error;
     if (fs::equivalent(options.file, options.output, error)) {

@@ -382,10 +382,41 @@ std::set<std::string> longOptions(const std::string& text) {
     return options;
 }
 
-TEST_F(Convert, ManualAndCompletionHaveTheOptionsOfTheHelp) {
+/// What completion in bash offers for the last of the words, and how it asks for files.
+std::string offered(const TempFolder& folder, const std::string& words) {
+    folder.write("complete", "source " SHARED_FILES "korlit.bash\ncompopt() { echo -n \"[$2]\"; }\n"
+                             "COMP_WORDS=(korlit " +
+                                 words +
+                                 ")\n"
+                                 "COMP_CWORD=$((${#COMP_WORDS[@]} - 1))\n_korlit\n"
+                                 "echo \"${COMPREPLY[@]}\"\n");
+    const std::string line = "bash " + folder.path("complete") + " >" + folder.path("offered");
+    EXPECT_EQ(std::system(line.c_str()), 0) << words;
+    return readFile(folder.path("offered"));
+}
+
+TEST_F(Convert, BashCompletesCommandsOptionsAndValues) {
+    for (const auto& [words, offer] : std::initializer_list<std::pair<const char*, const char*>>{
+             {"co", "convert compare\n"},
+             {"info --si", "--signal\n"},
+             {"plot --from", "--from-time\n"},
+             {"plot --from-time ''", "\n"},
+             {"convert --from ''", "andi merivolta dunvale\n"},
+             {"info --from = m", "merivolta\n"},
+             {"info --from =", "andi merivolta dunvale\n"},
+             {"compare --only signal,pe", "[nospace]signal,peaks\n"},
+             {"convert -d ''", "[dirnames]\n"},
+             {"convert -o run", "[default]\n"},
+             {"check run", "[default]\n"}}) {
+        EXPECT_EQ(offered(folder, words), offer) << words;
+    }
+}
+
+TEST_F(Convert, ManualAndCompletionsHaveTheOptionsOfTheHelp) {
     std::string manual = readFile(SHARED_FILES "korlit.1");
     std::erase(manual, '\\');
-    const std::string completion = readFile(SHARED_FILES "korlit.bash");
+    const std::string zsh = readFile(SHARED_FILES "_korlit");
+    const std::string fish = readFile(SHARED_FILES "korlit.fish");
     for (const std::string command : {"convert", "info", "plot", "check", "compare"}) {
         const std::string help = runCommand(folder, command + " --help").output;
         const auto between = [&](const std::string& text, const std::string& from,
@@ -393,13 +424,15 @@ TEST_F(Convert, ManualAndCompletionHaveTheOptionsOfTheHelp) {
             const std::size_t start = text.find(from);
             return text.substr(start, text.find(to, start + from.size()) - start);
         };
-        std::set<std::string> options = longOptions(between(help, "Options:", "\n\n"));
-        EXPECT_EQ(options, longOptions(between(completion, "[" + command + "]=", "\"\n")));
-        options.erase("--help");
-        const std::set<std::string> described =
-            longOptions(between(manual, ".SS " + command, ".S"));
+        const std::set<std::string> options = longOptions(between(help, "Options:", "\n\n"));
+        EXPECT_GT(options.size(), 2U) << command;
+        EXPECT_EQ(options, longOptions(offered(folder, command + " --")));
+        EXPECT_EQ(options, longOptions(between(zsh, "        " + command + ")", ";;")));
+        const std::string fishLines = between(fish, "from " + command, "subcommand -a");
+        const std::string section = between(manual, ".SS " + command, ".S");
         for (const std::string& option : options) {
-            EXPECT_TRUE(described.contains(option)) << command << " " << option;
+            EXPECT_NE(section.find("fB" + option + "fR"), std::string::npos) << command << option;
+            EXPECT_NE(fishLines.find(" -l " + option.substr(2) + ' '), std::string::npos) << option;
         }
     }
 }

@@ -259,7 +259,7 @@ TEST(Plot, FollowsItsOptions) {
     EXPECT_EQ(partOf(whole, "viewBox=\"", "\""), "0 0 1000 1100");
     EXPECT_TRUE(chartWith("--title 'Herbal extract 7'") == whole); // the sample's name
     EXPECT_FALSE(chartWith("--title 'Herbal extract 8'") == whole);
-    EXPECT_LT(chartWith("--from 12 --to 13").size(), whole.size() / 2);
+    EXPECT_LT(chartWith("--from-time 12 --to-time 13").size(), whole.size() / 2);
     EXPECT_LT(chartWith("--no-peaks").size(), whole.size());
     EXPECT_EQ(partOf(chartWith("--width 640 --height 520"), "viewBox=\"", "\""), "0 0 640 520");
 }
@@ -316,12 +316,12 @@ TEST(Plot, TellsWhatItCantDoAndLeavesNothing) {
              {"evenly.cdf", 2, "--output is required"},
              {"-o c.svg", 2, "FILE is required"},
              {"same.svg -o ./same.svg", 2, "--output"},
-             {SAMPLES "hplc_run.cdf -o c.svg --from 3 --to 3", 2, "--from"},
-             {SAMPLES "hplc_run.cdf -o c.svg --to inf", 2, "--to"},
+             {SAMPLES "hplc_run.cdf -o c.svg --from-time 3 --to-time 3", 2, "--from-time"},
+             {SAMPLES "hplc_run.cdf -o c.svg --to-time inf", 2, "--to-time"},
              {SAMPLES "hplc_run.cdf -o c.svg --width 199", 2, "--width"},
-             {SAMPLES "hplc_run.cdf -o c.svg --from 21", 1, "goes from 0 to 20 min"},
+             {SAMPLES "hplc_run.cdf -o c.svg --from-time 21", 1, "goes from 0 to 20 min"},
              {SAMPLES "dad_run.run -o c.svg --height 300", 1, "needs a height of 499 at least"},
-             {"evenly.cdf -o c.svg --from 1", 1, "no sampling interval"},
+             {"evenly.cdf -o c.svg --from-time 1", 1, "no sampling interval"},
              {"missing.cdf -o c.svg", 1, "missing.cdf"},
              {"evenly.cdf -o nowhere/c.svg", 1, "can't write nowhere/c.svg: No such file"},
              {"evenly.cdf -o taken.png", 1, "can't write taken.png: Is a directory"},

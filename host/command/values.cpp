@@ -1,0 +1,60 @@
+#include "host/command/values.h"
+
+#include "host/plot/chart_file.h"
+#include "host/plot/chart_layout.h"
+
+#include <charconv>
+#include <cmath>
+#include <cstdlib>
+#include <optional>
+#include <string_view>
+
+namespace korlit::host {
+
+namespace {
+
+/// A text that is a number as a whole.
+std::optional<double> numberIn(const std::string& text) {
+    char* end = nullptr;
+    const double number = std::strtod(text.c_str(), &end);
+    return !text.empty() && *end == '\0' ? std::optional{number} : std::nullopt;
+}
+
+bool readCount(std::string_view digits, std::size_t& count) {
+    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), count);
+    return error == std::errc{} && end == digits.data() + digits.size();
+}
+
+} // namespace
+
+std::string refuseChartName(const std::string& text) {
+    return chartFormatOf(text) ? "" : "a chart is a .svg, .png or .pdf file, not " + text;
+}
+
+std::string refuseMinutes(const std::string& text) {
+    const auto minutes = numberIn(text);
+    return minutes && isDrawable(*minutes) ? "" : text + " is no number of minutes";
+}
+
+std::string refuseTolerance(const std::string& text) {
+    const auto tolerance = numberIn(text);
+    return tolerance && std::isfinite(*tolerance) && *tolerance >= 0 ? ""
+                                                                     : text + " is no tolerance";
+}
+
+bool readShard(const std::string& text, std::size_t& shard, std::size_t& count) {
+    const std::string_view all{text};
+    const std::size_t slash = all.find('/');
+    return slash != std::string_view::npos && readCount(all.substr(0, slash), shard) &&
+           readCount(all.substr(slash + 1), count) && shard >= 1 && shard <= count;
+}
+
+std::string alternatives(const std::vector<std::string>& words) {
+    std::string all;
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        all += (i == 0 ? "" : i + 1 < words.size() ? ", " : " or ") + words[i];
+    }
+    return all;
+}
+
+} // namespace korlit::host

@@ -1,0 +1,21 @@
+// What the values of options must be.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace korlit::host {
+
+/// What is wrong with a value; the empty text for a good one.
+std::string refuseChartName(const std::string& text);
+std::string refuseMinutes(const std::string& text);
+std::string refuseTolerance(const std::string& text);
+
+/// Reads "2/5", the second of five parts. False for what is none.
+bool readShard(const std::string& text, std::size_t& shard, std::size_t& count);
+
+/// "andi, merivolta or dunvale".
+std::string alternatives(const std::vector<std::string>& words);
+
+} // namespace korlit::host
