@@ -9,6 +9,7 @@
 #include "host/convert/convert.h"
 #include "host/info/info.h"
 #include "host/plot/plot.h"
+#include "host/text/words.h"
 #include "host/text/wrong_use.h"
 
 #include <CLI/CLI.hpp>
@@ -28,7 +29,7 @@ constexpr int wrongUse = 2;
 
 /// Choices as the help shows them behind the name of a value, and as choicesOf reads them again.
 std::string shown(const std::vector<std::string>& choices) {
-    return '{' + CLI::detail::join(choices, ",") + '}';
+    return '{' + joined(choices, ",") + '}';
 }
 
 /// --from, by which a user says what kind the files are.

@@ -2,6 +2,7 @@
 
 #include "host/plot/chart_file.h"
 #include "host/plot/chart_layout.h"
+#include "host/text/words.h"
 
 #include <charconv>
 #include <cmath>
@@ -50,11 +51,7 @@ bool readShard(const std::string& text, std::size_t& shard, std::size_t& count) 
 }
 
 std::string alternatives(const std::vector<std::string>& words) {
-    std::string all;
-    for (std::size_t i = 0; i < words.size(); ++i) {
-        all += (i == 0 ? "" : i + 1 < words.size() ? ", " : " or ") + words[i];
-    }
-    return all;
+    return joined({words.begin(), words.end() - 1}, ", ") + " or " + words.back();
 }
 
 } // namespace korlit::host

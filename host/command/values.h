@@ -15,7 +15,7 @@ std::string refuseTolerance(const std::string& text);
 /// Reads "2/5", the second of five parts. False for what is none.
 bool readShard(const std::string& text, std::size_t& shard, std::size_t& count);
 
-/// "andi, merivolta or dunvale".
+/// "andi, merivolta or dunvale", of two words at least.
 std::string alternatives(const std::vector<std::string>& words);
 
 } // namespace korlit::host

@@ -1,5 +1,7 @@
 #include "host/share/completions.h"
 
+#include "host/text/words.h"
+
 #include <map>
 #include <string_view>
 #include <vector>
@@ -42,14 +44,14 @@ complete -F _korlit korlit
 std::string namesOf(const CommandInfo& command) {
     std::string names;
     for (const OptionInfo& option : command.options) {
-        names += (names.empty() ? "" : " ") + inOneLine(option.names);
+        names += (names.empty() ? "" : " ") + joined(option.names, " ");
     }
     return names;
 }
 
 /// The shell's words that complete the value of an option.
 std::string completionOf(const OptionInfo& option) {
-    const std::string choices = " -W \"" + inOneLine(option.choices) + '"';
+    const std::string choices = " -W \"" + joined(option.choices, " ") + '"';
     switch (valueKindOf(option)) {
     case ValueKind::Choice:
         return option.isList
@@ -83,8 +85,8 @@ std::string valueBranches(const CommandInfo& korlit) {
     }
     std::string branches;
     for (const auto& [completion, options] : optionsByCompletion) {
-        branches += "    " + inOneLine(options, " | ") + ")\n" + completion +
-                    "        return\n        ;;\n";
+        branches +=
+            "    " + joined(options, " | ") + ")\n" + completion + "        return\n        ;;\n";
     }
     return branches;
 }

@@ -14,12 +14,4 @@ ValueKind valueKindOf(const OptionInfo& option) {
                                    : ValueKind::Other;
 }
 
-std::string inOneLine(const std::vector<std::string>& words, const std::string& between) {
-    std::string line;
-    for (const std::string& word : words) {
-        line += (line.empty() ? "" : between) + word;
-    }
-    return line;
-}
-
 } // namespace korlit::host

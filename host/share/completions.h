@@ -17,7 +17,4 @@ enum class ValueKind { None, Choice, File, Folder, Other };
 /// What the value of an option is, or the one of an argument.
 ValueKind valueKindOf(const OptionInfo& option);
 
-/// With a text between each two.
-std::string inOneLine(const std::vector<std::string>& words, const std::string& between = " ");
-
 } // namespace korlit::host

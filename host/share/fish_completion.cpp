@@ -1,5 +1,7 @@
 #include "host/share/completions.h"
 
+#include "host/text/words.h"
+
 namespace korlit::host {
 
 namespace {
@@ -18,8 +20,8 @@ std::string valueOf(const OptionInfo& option) {
     switch (valueKindOf(option)) {
     case ValueKind::Choice:
         return option.isList
-                   ? " -x -a " + quoted("(__fish_append , " + inOneLine(option.choices) + ')')
-                   : " -x -a " + quoted(inOneLine(option.choices));
+                   ? " -x -a " + quoted("(__fish_append , " + joined(option.choices, " ") + ')')
+                   : " -x -a " + quoted(joined(option.choices, " "));
     case ValueKind::File:
         return " -r -F";
     case ValueKind::Folder:

@@ -1,5 +1,7 @@
 #include "host/share/manual.h"
 
+#include "host/text/words.h"
+
 #include <sstream>
 #include <utility>
 
@@ -122,11 +124,8 @@ std::string titleOf(const OptionInfo& option) {
 }
 
 std::string textOf(const OptionInfo& option) {
-    std::string choices;
-    for (const std::string& choice : option.choices) {
-        choices += (choices.empty() ? ": " : ", ") + choice;
-    }
-    return option.description + choices + '.';
+    const std::string choices = joined(option.choices, ", ");
+    return option.description + (choices.empty() ? "" : ": ") + choices + '.';
 }
 
 std::string argumentText(const OptionInfo& argument) {

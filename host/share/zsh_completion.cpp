@@ -1,5 +1,7 @@
 #include "host/share/completions.h"
 
+#include "host/text/words.h"
+
 namespace korlit::host {
 
 namespace {
@@ -43,8 +45,8 @@ std::string escaped(const std::string& text) {
 std::string actionOf(const OptionInfo& value) {
     switch (valueKindOf(value)) {
     case ValueKind::Choice:
-        return value.isList ? "_values -s , " + value.value + ' ' + inOneLine(value.choices)
-                            : '(' + inOneLine(value.choices) + ')';
+        return value.isList ? "_values -s , " + value.value + ' ' + joined(value.choices, " ")
+                            : '(' + joined(value.choices, " ") + ')';
     case ValueKind::File:
         return "_files";
     case ValueKind::Folder:
@@ -58,7 +60,7 @@ std::string actionOf(const OptionInfo& value) {
 
 /// What _arguments takes for an option: one text for each of its names, which exclude each other.
 std::string specificationOf(const OptionInfo& option) {
-    const std::string excluded = '(' + inOneLine(option.names) + ')';
+    const std::string excluded = '(' + joined(option.names, " ") + ')';
     const std::string value =
         option.value.empty() ? "" : ':' + escaped(option.value) + ':' + actionOf(option);
     std::string all;
