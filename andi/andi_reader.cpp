@@ -36,6 +36,7 @@ struct Load {
     int handle;
     AndiFile* file;
     std::span<char> message;
+    DataFilter isWanted;
     std::int64_t dataRoom; ///< bytes that the data of further variables may have
 };
 
@@ -202,17 +203,23 @@ std::int64_t declaredElements(const AndiFile& file, const AndiVariable& variable
 }
 
 int readData(Load& load, AndiVariable& variable) {
-    const std::int64_t headerPosition = _llseek(load.handle, 0, SeekOrigin::Current);
-    _llseek(load.handle, variable.Begin, SeekOrigin::Start);
     const std::int64_t byteCount = variable.IsRecord == 1
                                        ? std::int64_t{load.file->RecordCount} * variable.VSize
                                        : variable.VSize;
-    if (!acquireBlock(variable.DataHandle, variable.Data, byteCount + 1)) {
+    const bool isWanted = load.isWanted(variable);
+    if (isWanted && !acquireBlock(variable.DataHandle, variable.Data, byteCount + 1)) {
         return fail(load, outOfMemoryText);
     }
     const std::int64_t size = elementSize(variable.Type);
+    const std::int64_t room =
+        std::clamp<std::int64_t>(byteCount / size, 0, std::numeric_limits<std::int32_t>::max());
     variable.ElementCount = static_cast<std::int32_t>(
-        std::clamp<std::int64_t>(declaredElements(*load.file, variable), 0, byteCount / size));
+        std::clamp<std::int64_t>(declaredElements(*load.file, variable), 0, room));
+    if (!isWanted) {
+        return 1;
+    }
+    const std::int64_t headerPosition = _llseek(load.handle, 0, SeekOrigin::Current);
+    _llseek(load.handle, variable.Begin, SeekOrigin::Start);
     forEachPart(variable, byteCount,
                 [&](std::byte* part, std::int64_t partSize, std::int64_t count) {
                     if (ReadChecked(load.handle, part, partSize) == 0) {
@@ -290,12 +297,17 @@ int readAll(Load& load) {
 } // namespace
 
 int ReadAndiFile(const char* path, AndiFile* file, std::span<char> message) {
+    return ReadAndiPart(path, file, message, [](const AndiVariable& /*variable*/) { return true; });
+}
+
+int ReadAndiPart(const char* path, AndiFile* file, std::span<char> message, DataFilter isWanted) {
     FreeAndiFile(file);
     const int handle = _lopen(path);
     Load load{.path = path,
               .handle = handle,
               .file = file,
               .message = message,
+              .isWanted = isWanted,
               .dataRoom = dataRoomOf(handle)};
     if (load.handle == fileError) {
         return fail(load, openFailedText);

@@ -1,4 +1,4 @@
-// Loads an ANDI file: the netCDF classic layout, header, attributes and all data in one go.
+// Loads an ANDI file: the netCDF classic layout, header, attributes and data in one go.
 #pragma once
 
 #include "andi/andi_file.h"
@@ -17,5 +17,13 @@ namespace korlit {
 /// Where a variable's declared size holds fewer elements than its dimensions say, ElementCount is
 /// what the block holds.
 int ReadAndiFile(const char* path, AndiFile* file, std::span<char> message);
+
+/// Whether the data of a variable are wanted; called when all of its entry is known.
+using DataFilter = bool (*)(const AndiVariable& variable);
+
+/// The same with the data of those variables alone that `isWanted` chooses. Of the others Data is
+/// null, while ElementCount tells how many elements a block of the declared size would hold. Data
+/// that aren't loaded are not looked for in the file either.
+int ReadAndiPart(const char* path, AndiFile* file, std::span<char> message, DataFilter isWanted);
 
 } // namespace korlit

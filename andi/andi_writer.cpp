@@ -65,8 +65,8 @@ void writeDimensions(int handle, const AndiFile& file) {
     }
 }
 
-/// The entry of a variable. Its Begin becomes the place where the offset of its data belongs.
-void writeVariableEntry(int handle, AndiVariable& variable) {
+/// The entry of a variable, but for the offset of its data.
+void writeVariableEntry(int handle, const AndiVariable& variable) {
     WriteAndiString(handle, variable.Name);
     writeInteger(handle, variable.DimensionCount);
     for (std::int32_t i = 0; i < variable.DimensionCount; ++i) {
@@ -75,11 +75,26 @@ void writeVariableEntry(int handle, AndiVariable& variable) {
     WriteAttributeList(handle, variable.Attributes);
     writeInteger(handle, static_cast<std::int32_t>(variable.Type));
     writeInteger(handle, variable.VSize);
-    variable.Begin = currentPlace(handle);
-    writeInteger(handle, 0);
 }
 
-/// The data of a variable at the end of the file, and their offset in its entry.
+/// `offsetOf(variable)` answers what stands for the offset of a variable's data when the place for
+/// it is reached.
+template <typename OffsetOf>
+void writeHeader(int handle, const AndiFile& file, OffsetOf offsetOf) {
+    constexpr std::array<char, 4> signature{'C', 'D', 'F', 1};
+    WriteChecked(handle, signature.data(), signature.size());
+    writeInteger(handle, file.RecordCount);
+    writeDimensions(handle, file);
+    WriteAttributeList(handle, file.GlobalAttributes);
+    writeListHead(handle, ListTag::Variables, file.VariableCount);
+    for (std::int32_t i = 0; i < file.VariableCount; ++i) {
+        writeVariableEntry(handle, file.Variables[i]);
+        writeInteger(handle, offsetOf(file.Variables[i]));
+    }
+}
+
+/// The data of a variable at the end of the file, and their offset in its entry, of which Begin
+/// holds the place.
 void writeData(int handle, AndiVariable& variable, std::int32_t recordCount) {
     const std::int32_t entryPlace = variable.Begin;
     variable.Begin = currentPlace(handle);
@@ -98,27 +113,26 @@ void writeData(int handle, AndiVariable& variable, std::int32_t recordCount) {
 }
 
 void writeAll(int handle, AndiFile& file) {
-    constexpr std::array<char, 4> signature{'C', 'D', 'F', 1};
-    WriteChecked(handle, signature.data(), signature.size());
-    writeInteger(handle, file.RecordCount);
-    writeDimensions(handle, file);
-    WriteAttributeList(handle, file.GlobalAttributes);
-    writeListHead(handle, ListTag::Variables, file.VariableCount);
-    for (std::int32_t i = 0; i < file.VariableCount; ++i) {
-        writeVariableEntry(handle, file.Variables[i]);
-    }
+    writeHeader(handle, file, [&](AndiVariable& variable) {
+        variable.Begin = currentPlace(handle);
+        return 0;
+    });
     for (std::int32_t i = 0; i < file.VariableCount; ++i) {
         writeData(handle, file.Variables[i], file.RecordCount);
     }
 }
 
-} // namespace
+void writeHeaderAlone(int handle, AndiFile& file) {
+    writeHeader(handle, file, [](const AndiVariable& variable) { return variable.Begin; });
+}
 
-int WriteAndiFile(const char* path, AndiFile* file, std::span<char> message) {
+/// The common course of the writers.
+int writeFile(const char* path, AndiFile* file, std::span<char> message,
+              void (*write)(int handle, AndiFile& file)) {
     WriteErrorFlag = 0;
     // A file that could not be created shows in the first write.
     const int handle = _lcreat(path);
-    writeAll(handle, *file);
+    write(handle, *file);
     CloseWritten(handle);
     if (WriteErrorFlag != 0) {
         formatText(message, writeFailedText, path);
@@ -126,6 +140,16 @@ int WriteAndiFile(const char* path, AndiFile* file, std::span<char> message) {
         return 0;
     }
     return 1;
+}
+
+} // namespace
+
+int WriteAndiFile(const char* path, AndiFile* file, std::span<char> message) {
+    return writeFile(path, file, message, writeAll);
+}
+
+int WriteAndiHeader(const char* path, AndiFile* file, std::span<char> message) {
+    return writeFile(path, file, message, writeHeaderAlone);
 }
 
 } // namespace korlit

@@ -56,12 +56,17 @@ void deliverNumbers(AndiType type, const void* elements, std::int32_t elementCou
     }
 }
 
+/// None where the data weren't loaded.
+std::int32_t loadedElements(const AndiVariable& variable) {
+    return variable.Data == nullptr ? 0 : variable.ElementCount;
+}
+
 /// One round of the search over a variable: itself, then its attributes.
 int findInVariable(AndiVariable* variable, const char* key, void* out, std::int32_t outLength,
                    AndiVariable** outVariable) {
     if (variable->IsRecord == 0 &&
-        MatchAndiName(key, variable->Name, variable->Type, variable->ElementCount, variable->Data,
-                      out, outLength) == 1) {
+        MatchAndiName(key, variable->Name, variable->Type, loadedElements(*variable),
+                      variable->Data, out, outLength) == 1) {
         *outVariable = variable;
         return 1;
     }

@@ -2,6 +2,7 @@
 
 #include "host/check/conversion_losses.h"
 #include "host/check/template_check.h"
+#include "host/check/words.h"
 #include "host/files/recognise.h"
 #include "host/text/json.h"
 #include "host/text/output.h"
@@ -43,8 +44,9 @@ Findings check(const std::string& file) {
     if (const std::string reason = load(image, file); !reason.empty()) {
         return {{.severity = Severity::Error, .rule = "unreadable", .message = reason}};
     }
-    Findings findings = departuresFromTemplate(image);
-    std::ranges::move(lossesInPair(image), std::back_inserter(findings));
+    const Subject subject = subjectOf(image);
+    Findings findings = departuresFromTemplate(subject);
+    std::ranges::move(lossesInPair(subject), std::back_inserter(findings));
     return findings;
 }
 
@@ -61,7 +63,7 @@ std::string summary(const Findings& findings) {
             parts.push_back(counted(number, severityName(severity)));
         }
     }
-    return joined(parts);
+    return listed(parts);
 }
 
 void printText(const CheckedFile& file, bool isQuiet) {

@@ -2,11 +2,12 @@
 #pragma once
 
 #include "host/check/findings.h"
+#include "host/check/subject.h"
 
 namespace korlit::host {
 
 /// Errors and warnings. The rules take the template as files in use keep to it: of what it demands
 /// only the core is missed, and whatever a file has beyond it is no finding.
-Findings departuresFromTemplate(const AndiImage& image);
+Findings departuresFromTemplate(const Subject& subject);
 
 } // namespace korlit::host

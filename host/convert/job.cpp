@@ -122,7 +122,7 @@ void convert(const Job& job, Existing existing, const std::string& label, Outcom
     }
     if (plan.kind == FileKind::Andi) {
         AndiImage image;
-        load(image, plan.source);
+        loadWithoutSignal(image, plan.source);
         outcome.warnings = cutsInPair(image);
     }
     moveOut(plan, stage.path(), existing);

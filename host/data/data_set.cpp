@@ -1,14 +1,12 @@
 #include "host/data/data_set.h"
 
-#include "host/files/andi_image.h"
 #include "host/files/staging.h"
 #include "host/system/temporary_folder.h"
+#include "native/pair_rules.h"
 
 #include <algorithm>
-#include <cctype>
 #include <cmath>
 #include <filesystem>
-#include <span>
 #include <stdexcept>
 
 namespace korlit::host {
@@ -26,47 +24,34 @@ double numberIn(const std::optional<std::string>& text) {
     }
 }
 
-/// Times of an ANDI file are seconds unless its retention unit starts with "min".
-bool isInMinutes(const AndiImage& image) {
-    std::string unit = textOf(image, "retentionunit").value_or("");
-    std::transform(unit.begin(), unit.end(), unit.begin(),
-                   [](unsigned char letter) { return std::tolower(letter); });
-    return unit.starts_with("min");
-}
-
-double firstNumber(const AndiImage& image, const std::string& key) {
-    const std::vector<double> numbers = numbersOf(variableOf(image, key));
-    return numbers.empty() ? numberIn(textOf(image, key)) : numbers.front();
+double firstNumber(const AndiImage& image, const char* name) {
+    const NumberView numbers = numbersOf(variableOf(image, name));
+    return numbers.empty() ? numberIn(textOf(image, name)) : numbers.front();
 }
 
 /// The sampling interval in minutes. A file has it as a float, and over thousands of samples what
 /// that cut off adds up: where it is a whole number of milliseconds, it is taken for just that.
-double samplingInterval(double stored, double msPerUnit) {
+double exactInterval(double stored, double msPerUnit) {
     constexpr double msPerMinute = 60000.0;
     const double milliseconds = std::round(stored * msPerUnit);
     const bool isWhole = static_cast<float>(milliseconds / msPerUnit) == static_cast<float>(stored);
     return (isWhole ? milliseconds : stored * msPerUnit) / msPerMinute;
 }
 
-std::string withoutSeparators(std::string name) {
-    std::erase(name, '_');
-    return name;
-}
-
 void readPeaks(DataSet& set, const AndiImage& image, double minutesPerUnit) {
-    const std::vector<std::string> names = rowsOf(image, variableOf(image, "peakname"));
-    const std::vector<double> retentionTimes = numbersOf(variableOf(image, "peakretentiontime"));
+    const std::vector<std::string> names = rowsOf(image, variableOf(image, "peak_name"));
+    const NumberView retentionTimes = numbersOf(variableOf(image, "peak_retention_time"));
     set.peaks.resize(std::max(names.size(), retentionTimes.size()));
     for (const auto& [name, value, isTime] : peakNumbers()) {
-        const std::vector<double> column = numbersOf(variableOf(image, withoutSeparators(name)));
+        const NumberView column = numbersOf(variableOf(image, name));
         for (std::size_t i = 0; i < std::min(column.size(), set.peaks.size()); ++i) {
             set.peaks[i].*value = isTime ? column[i] * minutesPerUnit : column[i];
         }
     }
     const std::vector<std::string> starts =
-        rowsOf(image, variableOf(image, "peakstartdetectioncode"));
+        rowsOf(image, variableOf(image, "peak_start_detection_code"));
     const std::vector<std::string> stops =
-        rowsOf(image, variableOf(image, "peakstopdetectioncode"));
+        rowsOf(image, variableOf(image, "peak_stop_detection_code"));
     for (std::size_t i = 0; i < set.peaks.size(); ++i) {
         set.peaks[i].name = i < names.size() ? names[i] : "";
         set.peaks[i].startCode = i < starts.size() ? starts[i] : "";
@@ -75,8 +60,7 @@ void readPeaks(DataSet& set, const AndiImage& image, double minutesPerUnit) {
 }
 
 void readTexts(DataSet& set, const AndiImage& image) {
-    const AndiAttributeList& list = image.file.GlobalAttributes;
-    for (const AndiAttribute& each : std::span{list.Items, static_cast<std::size_t>(list.Count)}) {
+    for (const AndiAttribute& each : attributesOf(image.file.GlobalAttributes)) {
         if (const auto text = textOf(each)) {
             set.texts.emplace_back(each.Name, *text);
         }
@@ -84,21 +68,23 @@ void readTexts(DataSet& set, const AndiImage& image) {
 }
 
 DataSet dataSetOf(const std::string& andiFile) {
-    AndiImage image;
-    if (const std::string reason = load(image, andiFile); !reason.empty()) {
+    const auto loaded = std::make_shared<AndiImage>();
+    const AndiImage& image = *loaded;
+    if (const std::string reason = load(*loaded, andiFile); !reason.empty()) {
         throw std::runtime_error{reason};
     }
     DataSet set;
+    set.image = loaded;
     readTexts(set, image);
-    const double minutesPerUnit = isInMinutes(image) ? 1.0 : 1.0 / secondsPerMinute;
-    set.samplePosition = textOf(image, "autosamplerposition").value_or("");
-    set.detectorUnit = textOf(image, "detectorunit").value_or("");
-    set.signal = numbersOf(variableOf(image, "ordinatevalues"));
-    set.samplingInterval = samplingInterval(firstNumber(image, "actualsamplinginterval"),
-                                            isInMinutes(image) ? 60000.0 : 1000.0);
-    set.delayTime = firstNumber(image, "actualdelaytime") * minutesPerUnit;
-    const std::string flag = textOf(image, "uniformsamplingflag").value_or("Y");
-    set.isUniform = flag.starts_with('Y') || flag.starts_with('y');
+    const bool isInMinutes = isMinutes(textOf(image, taken::retentionUnit).value_or(""));
+    const double minutesPerUnit = isInMinutes ? 1.0 : 1.0 / secondsPerMinute;
+    set.samplePosition = textOf(image, taken::samplePosition).value_or("");
+    set.detectorUnit = textOf(image, "detector_unit").value_or("");
+    set.signal = numbersOf(variableOf(image, taken::ordinateValues));
+    set.samplingInterval =
+        exactInterval(firstNumber(image, taken::samplingInterval), isInMinutes ? 60000.0 : 1000.0);
+    set.delayTime = firstNumber(image, "actual_delay_time") * minutesPerUnit;
+    set.isUniform = isUniform(textOf(image, taken::uniformFlag));
     readPeaks(set, image, minutesPerUnit);
     return set;
 }

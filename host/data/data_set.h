@@ -3,9 +3,11 @@
 // ANDI file made from it.
 #pragma once
 
+#include "host/files/andi_image.h"
 #include "host/files/recognise.h"
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
@@ -41,7 +43,9 @@ struct DataSet {
     std::vector<std::pair<std::string, std::string>> texts;
     std::string samplePosition; ///< in the autosampler, as in "1-2"
     std::string detectorUnit;
-    std::vector<double> signal;  ///< in detectorUnit
+    NumberView signal; ///< in detectorUnit
+    /// The file that the signal lies in.
+    std::shared_ptr<const AndiImage> image;
     double samplingInterval = 0; ///< minutes; 0 where the file has none
     double delayTime = 0;        ///< minutes from injection to the first sample
     bool isUniform = true;       ///< false where the file says that samples aren't equidistant

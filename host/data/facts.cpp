@@ -1,30 +1,34 @@
 #include "host/data/facts.h"
 
-#include <algorithm>
 #include <cmath>
 
 namespace korlit::host {
 
-namespace {
-
-bool isFirstSmaller(double a, double b) {
-    return !std::isnan(a) && (std::isnan(b) || a < b);
+bool isNumber(double sample) {
+    return !std::isnan(sample);
 }
 
-bool isFirstSmallerButNan(double a, double b) {
-    return !std::isnan(b) && (std::isnan(a) || a < b);
-}
-
-} // namespace
-
-std::optional<Extremes> extremesOf(const std::vector<double>& signal) {
-    const auto lowest = std::ranges::min_element(signal, isFirstSmaller);
-    const auto highest = std::ranges::max_element(signal, isFirstSmallerButNan);
-    if (lowest == signal.end() || std::isnan(*lowest)) {
-        return std::nullopt;
+std::optional<Extremes> extremesOf(const NumberView& signal, bool (*counts)(double sample)) {
+    std::optional<Extremes> extremes;
+    double lowest = 0;
+    double highest = 0;
+    for (std::size_t i = 0; i < signal.size(); ++i) {
+        const double sample = signal[i];
+        if (!counts(sample)) {
+            continue;
+        }
+        if (!extremes) {
+            extremes = Extremes{.minimum = i, .maximum = i};
+            lowest = highest = sample;
+        } else if (sample < lowest) {
+            extremes->minimum = i;
+            lowest = sample;
+        } else if (sample > highest) {
+            extremes->maximum = i;
+            highest = sample;
+        }
     }
-    return Extremes{.minimum = static_cast<std::size_t>(lowest - signal.begin()),
-                    .maximum = static_cast<std::size_t>(highest - signal.begin())};
+    return extremes;
 }
 
 bool hasTimes(const DataSet& set) {

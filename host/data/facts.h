@@ -5,7 +5,6 @@
 
 #include <cstddef>
 #include <optional>
-#include <vector>
 
 namespace korlit::host {
 
@@ -13,8 +12,12 @@ struct Extremes {
     std::size_t minimum; ///< index of the sample
     std::size_t maximum;
 };
-/// Nothing for a signal that has no number.
-std::optional<Extremes> extremesOf(const std::vector<double>& signal);
+/// Whether a sample is one, which an infinite one is.
+bool isNumber(double sample);
+
+/// The first of the lowest and of the highest samples among those that count; nothing if none does.
+std::optional<Extremes> extremesOf(const NumberView& signal,
+                                   bool (*counts)(double sample) = isNumber);
 
 /// Whether a file says at which times its samples lie.
 bool hasTimes(const DataSet& set);

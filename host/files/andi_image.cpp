@@ -6,11 +6,6 @@
 #include "host/system/standard_error.h"
 
 #include <algorithm>
-#include <array>
-#include <cstring>
-#include <new>
-#include <span>
-#include <string_view>
 
 namespace korlit::host {
 
@@ -38,73 +33,85 @@ std::string reasonOf(const std::string& message, const StandardErrorCapture& box
     return reason;
 }
 
-template <typename Element>
-std::vector<double> elements(const AndiVariable& variable) {
-    std::vector<double> numbers(static_cast<std::size_t>(variable.ElementCount));
-    const auto* data = static_cast<const char*>(variable.Data);
-    for (double& number : numbers) {
-        Element element{};
-        std::memcpy(&element, data, sizeof element);
-        data += sizeof element;
-        number = static_cast<double>(element);
-    }
-    return numbers;
+/// A name as the lookups want it.
+std::string lookupKey(std::string_view name) {
+    std::string key{name};
+    std::erase(key, '_');
+    return key;
+}
+
+std::string loadPart(AndiImage& image, const std::string& path, DataFilter isWanted) {
+    std::string message = messageFor(path);
+    const StandardErrorCapture boxes;
+    return ReadAndiPart(path.c_str(), &image.file, message, isWanted) == 1
+               ? ""
+               : reasonOf(message, boxes);
+}
+
+bool isOfSamples(const AndiVariable& variable) {
+    return isNamed(variable.Name, "ordinate_values") ||
+           isNamed(variable.Name, "raw_data_retention");
 }
 
 } // namespace
 
 std::string load(AndiImage& image, const std::string& path) {
-    std::string message = messageFor(path);
-    const StandardErrorCapture boxes;
-    return ReadAndiFile(path.c_str(), &image.file, message) == 1 ? "" : reasonOf(message, boxes);
+    return loadPart(image, path, [](const AndiVariable& /*variable*/) { return true; });
 }
 
-std::optional<std::string> textOf(const AndiImage& image, const std::string& key) {
+std::string loadWithoutSignal(AndiImage& image, const std::string& path) {
+    return loadPart(image, path,
+                    [](const AndiVariable& variable) { return !isOfSamples(variable); });
+}
+
+std::string loadHeader(AndiImage& image, const std::string& path) {
+    return loadPart(image, path, [](const AndiVariable& /*variable*/) { return false; });
+}
+
+std::string saveHeader(AndiImage& image, const std::string& path) {
+    std::string message = messageFor(path);
+    return WriteAndiHeader(path.c_str(), &image.file, message) == 1 ? "" : message.c_str();
+}
+
+std::optional<std::string> textOf(const AndiImage& image, std::string_view name) {
     constexpr std::int32_t longestText = 4096;
-    std::string name = key;
+    std::string key = lookupKey(name);
     std::string text(longestText, '\0');
     AndiVariable* variable = nullptr;
     // The lookup reads only, but may hand out what can be changed.
     auto* file = const_cast<AndiFile*>(&image.file);
-    if (FindAndiValue(file, name.data(), text.data(), longestText - 1, &variable) == 0) {
+    if (FindAndiValue(file, key.data(), text.data(), longestText - 1, &variable) == 0) {
         return std::nullopt;
     }
     return std::string{text.c_str()};
 }
 
-const AndiVariable* variableOf(const AndiImage& image, const std::string& key) {
-    std::string name = key;
+const AndiVariable* variableOf(const AndiImage& image, std::string_view name) {
+    std::string key = lookupKey(name);
     AndiVariable* variable = nullptr;
     void* data = nullptr;
-    FindAndiValue(const_cast<AndiFile*>(&image.file), name.data(), &data, pointerMode, &variable);
+    FindAndiValue(const_cast<AndiFile*>(&image.file), key.data(), static_cast<void*>(&data),
+                  pointerMode, &variable);
     return variable;
 }
 
-std::vector<double> numbersOf(const AndiVariable* variable) {
-    if (variable == nullptr || variable->Data == nullptr) {
-        return {};
-    }
-    switch (variable->Type) {
-    case AndiType::Byte:
-        return elements<std::int8_t>(*variable);
-    case AndiType::Short:
-        return elements<std::int16_t>(*variable);
-    case AndiType::Integer:
-        return elements<std::int32_t>(*variable);
-    case AndiType::Float:
-        return elements<float>(*variable);
-    case AndiType::Double:
-        return elements<double>(*variable);
-    case AndiType::None:
-    case AndiType::Char:
-        break;
-    }
-    return {};
+const AndiVariable* variableNamed(const AndiImage& image, std::string_view name) {
+    const auto variables = variablesOf(image);
+    const auto found = std::ranges::find_if(
+        variables, [&](const AndiVariable& each) { return isNamed(each.Name, name); });
+    return found == variables.end() ? nullptr : &*found;
+}
+
+NumberView numbersOf(const AndiVariable* variable) {
+    return variable == nullptr ? NumberView{}
+                               : NumberView{variable->Type, variable->Data,
+                                            static_cast<std::size_t>(variable->ElementCount)};
 }
 
 std::vector<std::string> rowsOf(const AndiImage& image, const AndiVariable* variable) {
     std::vector<std::string> rows;
-    if (variable == nullptr || variable->Type != AndiType::Char || variable->DimensionCount != 2) {
+    if (variable == nullptr || variable->Type != AndiType::Char || variable->DimensionCount != 2 ||
+        variable->Data == nullptr) {
         return rows;
     }
     const std::int64_t width = image.file.Dimensions[variable->DimensionIds[1]].Length;
@@ -124,30 +131,22 @@ std::optional<std::string> textOf(const AndiAttribute& attribute) {
                     static_cast<std::size_t>(attribute.Count));
 }
 
-void setSourceReference(AndiImage& image, const std::string& source) {
-    AndiAttributeList& list = image.file.GlobalAttributes;
-    const std::int32_t oldCount = list.Count;
-    AddAndiAttribute(&list, "source_file_reference", AndiType::Char, textLength, source.c_str());
-    if (list.Count == oldCount) {
-        throw std::bad_alloc{};
-    }
-    // The new value takes the place of the old one, if there is one.
-    const std::span attributes{list.Items, static_cast<std::size_t>(list.Count)};
-    AndiAttribute& added = attributes.back();
-    const auto old = std::ranges::find_if(attributes, [&](const AndiAttribute& each) {
-        return std::string_view{each.Name} == added.Name;
-    });
-    if (&*old != &added) {
-        std::swap(*old, added);
-        releaseBlock(added.NameHandle, added.Name);
-        releaseBlock(added.ValueHandle, added.Value);
-        --list.Count;
-    }
+std::span<const AndiVariable> variablesOf(const AndiImage& image) {
+    return {image.file.Variables, static_cast<std::size_t>(image.file.VariableCount)};
 }
 
-std::string save(AndiImage& image, const std::string& path) {
-    std::string message = messageFor(path);
-    return WriteAndiFile(path.c_str(), &image.file, message) == 1 ? "" : message.c_str();
+std::span<const AndiAttribute> attributesOf(const AndiAttributeList& list) {
+    return {list.Items, static_cast<std::size_t>(list.Count)};
+}
+
+std::span<const AndiDimension> dimensionsOf(const AndiImage& image) {
+    return {image.file.Dimensions, static_cast<std::size_t>(image.file.DimensionCount)};
+}
+
+bool isNamed(const char* storedName, std::string_view templateName) {
+    void* unused = nullptr;
+    return MatchAndiName(lookupKey(templateName).c_str(), storedName, AndiType::None, 0, nullptr,
+                         static_cast<void*>(&unused), pointerMode) == 1;
 }
 
 } // namespace korlit::host

@@ -3,6 +3,7 @@
 #include "api/exports.h"
 #include "dunvale/run_records.h"
 #include "host/files/andi_image.h"
+#include "host/files/source_name.h"
 #include "host/system/standard_error.h"
 #include "native/native_records.h"
 
@@ -130,15 +131,12 @@ void completeAndiFiles(StagedResult& result, const Plan& plan, const fs::path& s
     for (const Target& target : plan.targets) {
         AndiImage image;
         const std::string path = (stage / target.stagedName).string();
-        if (const std::string reason = load(image, path); !reason.empty()) {
+        if (const std::string reason = loadHeader(image, path); !reason.empty()) {
             throw std::runtime_error{reason};
         }
         result.points += lengthOf(image, "ordinatevalues");
         result.peaks += lengthOf(image, "peakretentiontime");
-        setSourceReference(image, plan.source);
-        if (const std::string reason = save(image, path); !reason.empty()) {
-            throw std::runtime_error{reason};
-        }
+        nameSource(image, path, plan.source);
     }
 }
 

@@ -36,7 +36,7 @@ double between(const LinePoint& left, const LinePoint& right, double x) {
 }
 
 /// The samples of one column, from `from` up to before `to`.
-void addColumn(std::vector<std::size_t>& chosen, std::span<const double> samples, std::size_t from,
+void addColumn(std::vector<std::size_t>& chosen, const NumberView& samples, std::size_t from,
                std::size_t to) {
     std::size_t lowest = to;
     std::size_t highest = to;
@@ -166,7 +166,7 @@ Ticks ticksFor(const Range& range, int most) {
     return ticks;
 }
 
-std::vector<std::size_t> samplesToDraw(std::span<const double> samples, std::size_t columns) {
+std::vector<std::size_t> samplesToDraw(const NumberView& samples, std::size_t columns) {
     constexpr std::size_t mostOfColumn = 5;
     std::vector<std::size_t> chosen;
     if (samples.size() <= columns * mostOfColumn) {

@@ -1,6 +1,8 @@
 // Where the things of a chart go: axis ticks, the samples worth drawing, and the labels of peaks.
 #pragma once
 
+#include "host/files/number_view.h"
+
 #include <cstdint>
 #include <functional>
 #include <span>
@@ -53,7 +55,7 @@ struct LinePoint {
 
 /// The samples by which a line looks as if all were drawn: of each column's samples the first, the
 /// lowest, the highest and the last, and one that can't be drawn, if there is any; in their order.
-std::vector<std::size_t> samplesToDraw(std::span<const double> samples, std::size_t columns);
+std::vector<std::size_t> samplesToDraw(const NumberView& samples, std::size_t columns);
 
 /// The highest y of a line, whose x ascend, within a range of x, where it may lie between two
 /// points; minus infinity where there is nothing of the line.

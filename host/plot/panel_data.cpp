@@ -49,8 +49,7 @@ std::vector<LinePoint> signalLine(const DataSet& set, const TimeScale& scale, co
     const double first = std::clamp(std::floor(scale.sampleAt(times.from)), 0.0, count);
     const double end = std::clamp(std::ceil(scale.sampleAt(times.to)) + 1, first, count);
     const auto offset = static_cast<std::size_t>(first);
-    const auto samples =
-        std::span{set.signal}.subspan(offset, static_cast<std::size_t>(end) - offset);
+    const NumberView samples = set.signal.part(offset, static_cast<std::size_t>(end) - offset);
     std::vector<LinePoint> line;
     for (const std::size_t i : samplesToDraw(samples, static_cast<std::size_t>(width))) {
         line.push_back({.x = scale.timeOf(static_cast<double>(offset + i)),

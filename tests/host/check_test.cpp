@@ -304,6 +304,8 @@ TEST(Check, FindsWhatAPairHasNoRoomFor) {
         interval("0.7", "700 ms becomes 699 ms"),
         interval("32.768", "32768 ms becomes -32768 ms"),
         {{{"interval = 0.5", "interval = 32.75"}}, {}},
+        {{{"  :languages", "  :actual_sampling_interval = \"fast\" ;\n  :languages"}},
+         {"loss interval-cut: the sampling interval of 500 ms becomes 0 ms"}},
         {{{"0229120000", "0229120030"}},
          {"loss zone-left-out: the zone offset of injection_date_time_stamp 20240229120030+0100 is "
           "left out",

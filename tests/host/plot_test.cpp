@@ -62,14 +62,18 @@ TEST(PlotRange, IsWidenedOnlyIfTooNarrow) {
     }
 }
 
+std::vector<std::size_t> drawnOf(const std::vector<double>& samples, std::size_t columns) {
+    return samplesToDraw({AndiType::Double, samples.data(), samples.size()}, columns);
+}
+
 TEST(PlotSamples, KeepEachColumnsExtremesAndGaps) {
     using Indices = std::vector<std::size_t>;
-    EXPECT_EQ(samplesToDraw({}, 10), Indices{});
-    EXPECT_EQ(samplesToDraw(std::vector<double>{3, none, 4}, 1), (Indices{0, 1, 2}));
+    EXPECT_EQ(drawnOf({}, 10), Indices{});
+    EXPECT_EQ(drawnOf({3, none, 4}, 1), (Indices{0, 1, 2}));
     const std::vector<double> samples{5, 5, 9,    5, 1,        5, 5, // first, highest, lowest, last
                                       5, 5, none, 5, infinite, 5, 7}; // first, gap, last
-    EXPECT_EQ(samplesToDraw(samples, 2), (Indices{0, 2, 4, 6, 7, 9, 13}));
-    EXPECT_EQ(samplesToDraw(std::vector<double>(7, none), 1), (Indices{0, 6}));
+    EXPECT_EQ(drawnOf(samples, 2), (Indices{0, 2, 4, 6, 7, 9, 13}));
+    EXPECT_EQ(drawnOf(std::vector<double>(7, none), 1), (Indices{0, 6}));
 }
 
 TEST(PlotLine, IsCutBetweenItsPoints) {

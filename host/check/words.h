@@ -1,0 +1,18 @@
+// Phrases of which findings are made.
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <string>
+
+namespace korlit::host {
+
+/// "1 peak", "2 peaks".
+std::string counted(std::size_t count, const char* thing);
+
+std::string inQuotes(const std::string& text);
+
+/// With a comma between each two.
+std::string listed(std::span<const std::string> names);
+
+} // namespace korlit::host

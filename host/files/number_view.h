@@ -1,0 +1,33 @@
+// NumberView of any type, where they lie.
+#pragma once
+
+#include "andi/andi_file.h"
+
+#include <cstddef>
+
+namespace korlit::host {
+
+/// A view of the elements of a variable, each as a double. The signal of a long run is most of the
+/// memory that a command takes: nobody makes doubles of it as a whole.
+class NumberView {
+  public:
+    NumberView() = default;
+    /// The elements of a type; text is no numbers.
+    NumberView(AndiType elementType, const void* elements, std::size_t elementCount);
+
+    std::size_t size() const { return count; }
+    bool empty() const { return count == 0; }
+    double operator[](std::size_t index) const { return numberAt(data, index); }
+    double front() const { return (*this)[0]; }
+
+    /// `length` of them from `first` on.
+    NumberView part(std::size_t first, std::size_t length) const;
+
+  private:
+    AndiType type = AndiType::None;
+    const void* data = nullptr;
+    std::size_t count = 0;
+    double (*numberAt)(const void* elements, std::size_t index) = nullptr;
+};
+
+} // namespace korlit::host
