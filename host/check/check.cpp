@@ -33,12 +33,12 @@ bool conforms(const Findings& findings) {
 
 Findings check(const std::string& file) {
     const FileKind kind = recognise(file);
-    if (kind != FileKind::Andi && kind != FileKind::Unknown) {
+    if (!formatOf(kind).isAndi) {
         return {
             {.severity = Severity::Error,
              .rule = "other-kind",
              .message = std::string{"only ANDI files are checked, and this one is of the kind "} +
-                        kindName(kind)}};
+                        formatOf(kind).name}};
     }
     AndiImage image;
     if (const std::string reason = load(image, file); !reason.empty()) {

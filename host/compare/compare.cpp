@@ -31,7 +31,7 @@ std::optional<DataSets> load(const std::string& file) {
 
 /// Leaves of a run the channel that was asked for.
 void pickChannel(DataSets& sets, int channel) {
-    if (channel == 0 || sets.front().kind != FileKind::Dunvale) {
+    if (channel == 0 || !formatOf(sets.front().kind).hasChannels) {
         return;
     }
     const auto index = static_cast<std::size_t>(channel - 1);
@@ -46,7 +46,7 @@ void pickChannel(DataSets& sets, int channel) {
 /// Throws where a run of several channels meets a file that can hold one signal only.
 void checkCounts(const DataSets& a, const DataSets& b) {
     for (const auto& [run, other] : {std::pair{&a, &b}, std::pair{&b, &a}}) {
-        if (run->size() > 1 && other->front().kind != FileKind::Dunvale) {
+        if (run->size() > 1 && !formatOf(other->front().kind).hasChannels) {
             throw WrongUse{run->front().source + " has " + std::to_string(run->size()) +
                            " channels: pick one with --channel N"};
         }

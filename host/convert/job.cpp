@@ -35,13 +35,15 @@ bool isThere(const fs::path& file) {
 
 /// Undoes the moves out of a staging folder unless all of them were made.
 void undoMoves(const Plan& plan, const fs::path& stage) {
-    const auto isMoved = [&](const Target& target) { return !isThere(stage / target.stagedName); };
+    const auto isMoved = [&](const StagedFile& target) {
+        return !isThere(stage / target.stagedName);
+    };
     if (!isThere(stage / moveMark) || std::ranges::all_of(plan.targets, isMoved)) {
         return;
     }
     for (std::size_t i = 0; i < plan.targets.size(); ++i) {
         std::error_code ignored;
-        const Target& target = plan.targets[i];
+        const StagedFile& target = plan.targets[i];
         if (isThere(savedFile(stage, i))) {
             fs::rename(savedFile(stage, i), target.path, ignored);
         } else if (isMoved(target)) {
@@ -51,7 +53,7 @@ void undoMoves(const Plan& plan, const fs::path& stage) {
 }
 
 /// Keeps what is to be replaced, under a second name where the file system has such.
-void saveOld(const Target& target, const fs::path& saved) {
+void saveOld(const StagedFile& target, const fs::path& saved) {
     if (!isThere(target.path)) {
         return;
     }
@@ -69,7 +71,7 @@ void moveOut(const Plan& plan, const fs::path& stage, Existing existing) {
     std::ofstream{stage / moveMark}.put('\n');
     try {
         for (std::size_t i = 0; i < plan.targets.size(); ++i) {
-            const Target& target = plan.targets[i];
+            const StagedFile& target = plan.targets[i];
             if (existing == Existing::Replace) {
                 saveOld(target, savedFile(stage, i));
                 fs::rename(stage / target.stagedName, target.path);
@@ -90,12 +92,12 @@ bool mayBegin(const Job& job, Existing existing, Outcome& outcome) {
         return false;
     }
     const auto there = std::ranges::find_if(
-        job.plan.targets, [](const Target& target) { return isThere(target.path); });
+        job.plan.targets, [](const StagedFile& target) { return isThere(target.path); });
     if (existing == Existing::Replace || there == job.plan.targets.end()) {
         return true;
     }
     const bool areAllThere = std::ranges::all_of(
-        job.plan.targets, [](const Target& target) { return isThere(target.path); });
+        job.plan.targets, [](const StagedFile& target) { return isThere(target.path); });
     if (existing == Existing::Skip && areAllThere) {
         outcome.status = JobStatus::Skipped;
         outcome.message = "Skipped, " + there->path.string() + " is there already";
@@ -120,7 +122,7 @@ void convert(const Job& job, Existing existing, const std::string& label, Outcom
     if (!result.isConverted) {
         return;
     }
-    if (plan.kind == FileKind::Andi) {
+    if (formatOf(plan.kind).isAndi) {
         AndiImage image;
         loadWithoutSignal(image, plan.source);
         outcome.warnings = cutsInPair(image);

@@ -45,7 +45,7 @@ void printLine(const Job& job, const Outcome& outcome, bool isVerbose) {
 void printJson(const Job& job, const Outcome& outcome) {
     Json outputs = Json::array();
     if (outcome.status != JobStatus::Failed) {
-        for (const Target& target : job.plan.targets) {
+        for (const StagedFile& target : job.plan.targets) {
             outputs.push_back(utf8Of(target.path.string()));
         }
     }
@@ -54,7 +54,7 @@ void printJson(const Job& job, const Outcome& outcome) {
         warnings.push_back(utf8Of(warning));
     }
     const Json line{{"source", utf8Of(job.plan.source)},
-                    {"kind", kindName(job.plan.kind)},
+                    {"kind", formatOf(job.plan.kind).name},
                     {"outputs", outputs},
                     {"result", statusName(outcome.status)},
                     {"message", utf8Of(outcome.message)},

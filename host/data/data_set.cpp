@@ -114,11 +114,11 @@ const std::vector<PeakNumber>& peakNumbers() {
 }
 
 std::vector<DataSet> loadDataSets(const std::string& file, FileKind kind) {
-    if (kind == FileKind::Unknown) {
+    if (!isKnown(kind)) {
         kind = recognise(file);
     }
     std::vector<DataSet> sets;
-    if (kind == FileKind::Unknown || kind == FileKind::Andi) {
+    if (formatOf(kind).isAndi) {
         sets.push_back(dataSetOf(file));
     } else {
         const TemporaryFolder stage{std::filesystem::temp_directory_path()};
@@ -127,7 +127,7 @@ std::vector<DataSet> loadDataSets(const std::string& file, FileKind kind) {
         if (!result.isConverted) {
             throw std::runtime_error{result.message};
         }
-        for (const Target& target : plan.targets) {
+        for (const StagedFile& target : plan.targets) {
             sets.push_back(dataSetOf(target.path.string()));
             sets.back().channel = plan.targets.size() > 1 ? static_cast<int>(sets.size()) : 0;
         }

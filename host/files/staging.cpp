@@ -1,7 +1,6 @@
 #include "host/files/staging.h"
 
 #include "api/exports.h"
-#include "dunvale/run_records.h"
 #include "host/files/andi_image.h"
 #include "host/files/source_name.h"
 #include "host/system/standard_error.h"
@@ -17,7 +16,6 @@ namespace korlit::host {
 namespace {
 
 namespace fs = std::filesystem;
-using Export = int32_t (*)(char* path, char* message);
 
 template <typename Record>
 Record readRecord(const fs::path& file, std::int64_t place) {
@@ -28,51 +26,13 @@ Record readRecord(const fs::path& file, std::int64_t place) {
     return record;
 }
 
-int channelCountOf(const std::string& runFile) {
-    const auto count = readRecord<std::int16_t>(runFile, sizeof(RunFileHead) + sizeof(RunInfo));
-    return std::clamp<int>(count, 0, maxChannels);
-}
-
-/// A file of the source's that the library reads, under the name by which it finds it.
-struct Link {
-    std::string stagedName;
-    fs::path path;
-};
-
-/// The names have the extensions that the library asks for, whatever those of the source are.
-std::vector<Link> linksOf(const Plan& plan) {
-    switch (plan.kind) {
-    case FileKind::Merivolta:
-        return {{plan.stem + sliceExtension, plan.source},
-                {plan.stem + reportExtension, reportOf(plan.source)}};
-    case FileKind::Dunvale:
-        return {{plan.stem + ".run", plan.source}};
-    case FileKind::Andi:
-    case FileKind::Unknown:
-        break;
-    }
-    return {{plan.stem + ".cdf", plan.source}};
-}
-
-Export exportOf(FileKind kind) {
-    switch (kind) {
-    case FileKind::Merivolta:
-        return Merivolta2Andi;
-    case FileKind::Dunvale:
-        return Dunvale2Andi;
-    case FileKind::Andi:
-    case FileKind::Unknown:
-        break;
-    }
-    return Andi2Merivolta;
-}
-
-void placeLink(const Link& link, const fs::path& stage) {
+/// Puts a file of the source's under the name by which the library finds it.
+void placeLink(const StagedFile& file, const fs::path& stage) {
     std::error_code error;
-    const fs::path place = stage / link.stagedName;
-    fs::create_symlink(fs::absolute(link.path), place, error);
-    if (error && fs::exists(link.path)) {
-        fs::copy_file(link.path, place); // a file system without links
+    const fs::path place = stage / file.stagedName;
+    fs::create_symlink(fs::absolute(file.path), place, error);
+    if (error && fs::exists(file.path)) {
+        fs::copy_file(file.path, place); // a file system without links
     }
 }
 
@@ -98,27 +58,27 @@ std::string oneLine(std::string_view text) {
 
 /// The library's words with the paths that its user knows.
 std::string trueText(std::string text, const Plan& plan, const fs::path& stage) {
-    for (const Link& link : linksOf(plan)) {
-        replaceAll(text, (stage / link.stagedName).string(), link.path.string());
-    }
-    for (const Target& target : plan.targets) {
-        replaceAll(text, (stage / target.stagedName).string(), target.path.string());
+    for (const auto& files : {plan.sources, plan.targets}) {
+        for (const StagedFile& file : files) {
+            replaceAll(text, (stage / file.stagedName).string(), file.path.string());
+        }
     }
     return oneLine(text);
 }
 
-std::string runText(const Plan& plan) {
-    std::string text = "Dunvale File converted to ";
-    for (const Target& target : plan.targets) {
+std::string convertedText(const Plan& plan) {
+    std::string text = formatOf(plan.kind).convertedText;
+    for (const StagedFile& target : plan.targets) {
         text += target.path.string() + (&target == &plan.targets.back() ? "." : ", ");
     }
     return text;
 }
 
-void countPair(StagedResult& result, fs::path pair) {
-    result.points = readRecord<SliHeader>(pair.replace_extension(sliceExtension), 0).PointCount;
-    result.peaks =
-        readRecord<ResHeader>(pair.replace_extension(reportExtension), sizeof(RepHeader)).PeakCount;
+void countPair(StagedResult& result, const Plan& plan, const fs::path& stage) {
+    const fs::path slice = stage / plan.targets.front().stagedName;
+    const fs::path report = stage / plan.targets.back().stagedName;
+    result.points = readRecord<SliHeader>(slice, 0).PointCount;
+    result.peaks = readRecord<ResHeader>(report, sizeof(RepHeader)).PeakCount;
 }
 
 std::int64_t lengthOf(const AndiImage& image, const std::string& variable) {
@@ -128,70 +88,38 @@ std::int64_t lengthOf(const AndiImage& image, const std::string& variable) {
 
 /// The files name the staged source as theirs so far.
 void completeAndiFiles(StagedResult& result, const Plan& plan, const fs::path& stage) {
-    for (const Target& target : plan.targets) {
+    for (const StagedFile& target : plan.targets) {
         AndiImage image;
         const std::string path = (stage / target.stagedName).string();
         if (const std::string reason = loadHeader(image, path); !reason.empty()) {
             throw std::runtime_error{reason};
         }
-        result.points += lengthOf(image, "ordinatevalues");
-        result.peaks += lengthOf(image, "peakretentiontime");
+        result.points += lengthOf(image, "ordinate_values");
+        result.peaks += lengthOf(image, "peak_retention_time");
         nameSource(image, path, plan.source);
     }
 }
 
 } // namespace
 
-Plan planFor(const std::string& source, FileKind kind, const fs::path& folder,
-             const std::string& stem) {
-    Plan plan{.source = source, .kind = kind, .stem = stem, .targets = {}};
-    const auto add = [&](const std::string& name) {
-        plan.targets.push_back({.stagedName = name, .path = folder / name});
-    };
-    switch (kind) {
-    case FileKind::Merivolta:
-        add(stem + ".cdf");
-        break;
-    case FileKind::Dunvale:
-        for (int channel = 1; channel <= channelCountOf(source); ++channel) {
-            add(stem + std::to_string(channel) + ".cdf");
-        }
-        break;
-    case FileKind::Andi:
-    case FileKind::Unknown:
-        add(stem + sliceExtension);
-        add(stem + reportExtension);
-        break;
-    }
-    return plan;
-}
-
-fs::path reportOf(const fs::path& slice) {
-    fs::path report = slice;
-    report.replace_extension(reportExtension);
-    fs::path upperCase = slice;
-    upperCase.replace_extension(".RPT");
-    return !fs::exists(report) && fs::exists(upperCase) ? upperCase : report;
-}
-
 StagedResult convertStaged(const Plan& plan, const fs::path& stage) {
-    const std::vector<Link> links = linksOf(plan);
-    for (const Link& link : links) {
-        placeLink(link, stage);
+    for (const StagedFile& file : plan.sources) {
+        placeLink(file, stage);
     }
-    std::string path = (stage / links.front().stagedName).string();
+    const Format& format = formatOf(plan.kind);
+    std::string path = (stage / plan.sources.front().stagedName).string();
     std::string message(
         std::max<std::size_t>(path.size() + KORLIT_MESSAGE_ROOM, KORLIT_MESSAGE_MINIMUM), '\0');
     path.resize(path.size() + KORLIT_PATH_ROOM);
     const StandardErrorCapture boxes;
-    StagedResult result{.isConverted = exportOf(plan.kind)(path.data(), message.data()) == 1,
+    StagedResult result{.isConverted = format.convert(path.data(), message.data()) == 1,
                         .message = message.substr(0, message.find('\0'))};
     if (result.message.empty()) {
-        result.message = result.isConverted ? runText(plan) : boxes.text();
+        result.message = result.isConverted ? convertedText(plan) : boxes.text();
     }
     result.message = trueText(result.message, plan, stage);
-    if (result.isConverted && plan.kind == FileKind::Andi) {
-        countPair(result, stage / plan.stem);
+    if (result.isConverted && format.isAndi) {
+        countPair(result, plan, stage);
     } else if (result.isConverted) {
         completeAndiFiles(result, plan, stage);
     }

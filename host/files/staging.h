@@ -2,37 +2,13 @@
 // their place whole or not at all and no file of its source's folder is touched.
 #pragma once
 
-#include "host/files/recognise.h"
+#include "host/files/plan.h"
 
 #include <cstdint>
 #include <filesystem>
 #include <string>
-#include <vector>
 
 namespace korlit::host {
-
-/// A file that a conversion makes: under which name in the staging folder, and where it belongs.
-struct Target {
-    std::string stagedName;
-    std::filesystem::path path;
-};
-
-/// What is to be converted to what.
-struct Plan {
-    std::string source;
-    FileKind kind = FileKind::Unknown;
-    std::string stem{}; ///< base name of the staged files
-    std::vector<Target> targets{};
-};
-
-/// The plan by which `source` is converted to files named `stem` in `folder`: a slice and a report
-/// file for an ANDI file, else an ANDI file, or for a run one for each channel with the channel's
-/// number behind the stem.
-Plan planFor(const std::string& source, FileKind kind, const std::filesystem::path& folder,
-             const std::string& stem);
-
-/// The report that belongs to a slice file: beside it with the extension .rpt in either case.
-std::filesystem::path reportOf(const std::filesystem::path& slice);
 
 struct StagedResult {
     bool isConverted = false;

@@ -1,0 +1,149 @@
+#include "host/files/formats.h"
+
+#include "api/exports.h"
+#include "host/files/extensions.h"
+#include "native/native_records.h"
+
+#include <algorithm>
+#include <array>
+
+namespace korlit::host {
+
+namespace {
+
+namespace fs = std::filesystem;
+using Endings = std::vector<std::string>;
+using SourceFiles = std::vector<SourceFile>;
+
+constexpr const char* andiExtension = ".cdf";
+
+// ---- ANDI, and what is taken for it
+
+/// "CDF" and the version 1.
+bool isAndi(const FileStart& start) {
+    return start.text().starts_with("CDF\x01");
+}
+
+bool isNothing(const FileStart& /*start*/) {
+    return false;
+}
+
+SourceFiles andiFiles(const fs::path& source) {
+    return {{.ending = andiExtension, .path = source}};
+}
+
+Endings pairEndings(const fs::path& /*source*/) {
+    return {sliceExtension, reportExtension};
+}
+
+// ---- Merivolta pairs, which are known by their slice file
+
+bool isSlice(const FileStart& start) {
+    return start.fileSize >= std::int64_t{sizeof(SliHeader)};
+}
+
+SourceFiles pairFiles(const fs::path& slice) {
+    return {{.ending = sliceExtension, .path = slice},
+            {.ending = reportExtension, .path = besideWith(slice, reportExtension)}};
+}
+
+Endings andiEnding(const fs::path& /*source*/) {
+    return {andiExtension};
+}
+
+// ---- Dunvale runs
+
+constexpr std::size_t channelCountPlace = sizeof(RunFileHead) + sizeof(RunInfo);
+
+/// A run has no signature, but a plausible head: a version from 1 to 100, one to nine channels, and
+/// a first signal that is not longer than the file.
+bool isRun(const FileStart& start) {
+    constexpr float lowestVersion = 1.0F;
+    constexpr float highestVersion = 100.0F;
+    if (start.length < std::ssize(start.bytes)) {
+        return false;
+    }
+    const auto version = start.recordAt<float>(0);
+    const auto channelCount = start.recordAt<std::int16_t>(channelCountPlace);
+    const auto head = start.recordAt<SliHeadP>(channelCountPlace + sizeof channelCount);
+    return version >= lowestVersion && version <= highestVersion && channelCount >= 1 &&
+           channelCount <= maxChannels && head.PointCount >= 0 &&
+           head.PointCount * std::int64_t{sizeof(float)} <= start.fileSize;
+}
+
+SourceFiles runFiles(const fs::path& source) {
+    return {{.ending = ".run", .path = source}};
+}
+
+Endings channelEndings(const fs::path& source) {
+    const int count = startOf(source).recordAt<std::int16_t>(channelCountPlace);
+    Endings endings;
+    for (int channel = 1; channel <= std::min<int>(count, maxChannels); ++channel) {
+        endings.push_back(std::to_string(channel) + andiExtension);
+    }
+    return endings;
+}
+
+/// In the order of the kinds.
+constexpr std::array<Format, 4> formats{{
+    {.kind = FileKind::Unknown,
+     .name = "unknown",
+     .title = "unknown, read as ANDI",
+     .extension = nullptr,
+     .isIn = isNothing,
+     .isAndi = true,
+     .hasChannels = false,
+     .convert = Andi2Merivolta,
+     .convertedText = "",
+     .sourceFiles = andiFiles,
+     .targetEndings = pairEndings},
+    {.kind = FileKind::Andi,
+     .name = "andi",
+     .title = "ANDI",
+     .extension = nullptr,
+     .isIn = isAndi,
+     .isAndi = true,
+     .hasChannels = false,
+     .convert = Andi2Merivolta,
+     .convertedText = "",
+     .sourceFiles = andiFiles,
+     .targetEndings = pairEndings},
+    {.kind = FileKind::Merivolta,
+     .name = "merivolta",
+     .title = "Merivolta pair",
+     .extension = sliceExtension,
+     .isIn = isSlice,
+     .isAndi = false,
+     .hasChannels = false,
+     .convert = Merivolta2Andi,
+     .convertedText = "",
+     .sourceFiles = pairFiles,
+     .targetEndings = andiEnding},
+    {.kind = FileKind::Dunvale,
+     .name = "dunvale",
+     .title = "Dunvale run",
+     .extension = nullptr,
+     .isIn = isRun,
+     .isAndi = false,
+     .hasChannels = true,
+     .convert = Dunvale2Andi,
+     .convertedText = "Dunvale File converted to ",
+     .sourceFiles = runFiles,
+     .targetEndings = channelEndings},
+}};
+
+} // namespace
+
+const Format& formatOf(FileKind kind) {
+    return formats.at(static_cast<std::size_t>(kind));
+}
+
+std::span<const Format> knownFormats() {
+    return std::span{formats}.subspan(1);
+}
+
+bool isKnown(FileKind kind) {
+    return kind != FileKind::Unknown;
+}
+
+} // namespace korlit::host
