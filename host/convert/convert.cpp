@@ -1,5 +1,7 @@
 #include "host/convert/convert.h"
 
+#include "host/system/interrupts.h"
+#include "host/system/processes.h"
 #include "host/system/workers.h"
 #include "host/text/wrong_use.h"
 

@@ -3,7 +3,7 @@
 
 #include "host/convert/report.h"
 #include "host/convert/work_list.h"
-#include "host/system/workers.h"
+#include "host/system/processes.h"
 
 #include <cstddef>
 

@@ -1,18 +1,16 @@
 #include "host/system/workers.h"
 
+#include "host/system/interrupts.h"
 #include "platform/descriptors.h"
 
 #include <poll.h>
-#include <sched.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
-#include <csignal>
 #include <system_error>
-#include <thread>
 #include <vector>
 
 namespace korlit::host {
@@ -20,19 +18,6 @@ namespace korlit::host {
 namespace {
 
 constexpr int tickMs = 100;
-
-volatile std::sig_atomic_t interrupted = 0;
-
-void noteInterrupt(int /*signal*/) {
-    interrupted = 1;
-}
-
-void handleInterrupts(void (*handler)(int)) {
-    struct sigaction action {};
-    action.sa_handler = handler;
-    sigaction(SIGINT, &action, nullptr);
-    sigaction(SIGTERM, &action, nullptr);
-}
 
 struct Worker {
     pid_t process = -1;
@@ -61,7 +46,7 @@ bool transmit(int channel, const void* source, std::size_t size) {
 
 /// What a worker does until its channel closes.
 [[noreturn]] void serve(int channel, const WorkerCalls& calls) {
-    handleInterrupts(SIG_IGN);
+    ignoreInterrupts();
     for (std::size_t task = 0; receive(channel, &task, sizeof task);) {
         const std::string answer = calls.run(task);
         const std::size_t size = answer.size();
@@ -190,26 +175,6 @@ class Pool {
 void runInWorkers(std::size_t workerCount, std::size_t taskCount, const WorkerCalls& calls) {
     Pool pool{std::clamp<std::size_t>(taskCount, 1, std::max<std::size_t>(workerCount, 1)), calls};
     pool.run(taskCount);
-}
-
-std::size_t processorCount() {
-    cpu_set_t usable;
-    if (sched_getaffinity(0, sizeof usable, &usable) == 0) {
-        return static_cast<std::size_t>(CPU_COUNT(&usable));
-    }
-    return std::max(1U, std::thread::hardware_concurrency());
-}
-
-long processId() {
-    return getpid();
-}
-
-void watchInterrupts() {
-    handleInterrupts(noteInterrupt);
-}
-
-bool isInterrupted() {
-    return interrupted != 0;
 }
 
 } // namespace korlit::host

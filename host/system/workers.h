@@ -30,14 +30,4 @@ struct WorkerCalls {
 /// don't reach the workers. Throws a system_error where no worker can be started.
 void runInWorkers(std::size_t workerCount, std::size_t taskCount, const WorkerCalls& calls);
 
-/// How many processors there are for workers.
-std::size_t processorCount();
-
-/// The number of this process.
-long processId();
-
-/// From now on an interrupt (SIGINT, SIGTERM) is only noted.
-void watchInterrupts();
-bool isInterrupted();
-
 } // namespace korlit::host

@@ -88,6 +88,8 @@ TEST_F(Convert, PrintsTheLibrarysWordsForEachFile) {
     folder.write("ten.none", RunText{.count = "10s"}.bytes());
     const std::string noReport = "alone.sli: Error opening Merivolta Report file alone.rpt\n";
     folder.write("alone.sli", readFile(SAMPLES "gc_run.sli"));
+    folder.write("b.Sli", readFile(SAMPLES "gc_run.sli"));
+    folder.write("b.Rpt", readFile(SAMPLES "gc_run.rpt"));
     struct Case {
         const char* arguments;
         int status;
@@ -96,6 +98,7 @@ TEST_F(Convert, PrintsTheLibrarysWordsForEachFile) {
     const Case cases[]{
         {"good.cdf", 0, "good.cdf: Wrote Merivolta file good.sli\n"},
         {"gc.sli", 0, "gc.sli: Merivolta File converted to gc.cdf.\n"},
+        {"b.Sli", 0, "b.Sli: Merivolta File converted to b.cdf.\n"},
         {"run.dat", 0, "run.dat: Dunvale File converted to run1.cdf, run2.cdf.\n"},
         {"bad.cdf", 1, "bad.cdf: File bad.cdf is not a supported Andi file\n"},
         {"huge.cdf", 1, "huge.cdf: ReadAndi 5: Error allocating memory\n"},
@@ -107,7 +110,8 @@ TEST_F(Convert, PrintsTheLibrarysWordsForEachFile) {
     for (const auto& [arguments, status, output] : cases) {
         EXPECT_EQ(convert(arguments), (CommandResult{status, output, ""}));
     }
-    EXPECT_EQ(list(), "alone.sli bad.cdf gc.cdf gc.rpt gc.sli good.cdf good.rpt good.sli huge.cdf "
+    EXPECT_EQ(list(), "alone.sli b.Rpt b.Sli b.cdf bad.cdf gc.cdf gc.rpt gc.sli good.cdf good.rpt "
+                      "good.sli huge.cdf "
                       "run.dat run1.cdf run2.cdf ten.none ");
     EXPECT_NE(folder.dump("gc.cdf", "-h").find("source_file_reference = \"gc.sli\""),
               std::string::npos);
