@@ -2,7 +2,7 @@
 
 #include "andi/andi_layout.h"
 #include "andi/byte_order.h"
-#include "api/checked_io.h"
+#include "platform/checked_io.h"
 #include "platform/files.h"
 #include "platform/text.h"
 
@@ -48,9 +48,10 @@ std::int64_t dataRoomOf(int handle) {
     return always + timesTheFile * std::max<std::int64_t>(0, _filelength(handle));
 }
 
-int fail(const Load& load, const char* format) {
+/// Tells the reason; answers false.
+bool fail(const Load& load, const char* format) {
     formatText(load.message, format, load.path);
-    return 0;
+    return false;
 }
 
 /// The next integer of the header; 0 if it can't be read.
@@ -104,17 +105,17 @@ bool readPadded(const Load& load, void* target, std::int64_t byteCount) {
 /// A string of the layout. A failure of any kind, memory included, is a failed read.
 void ReadAndiString(const Load& load, GlobalHandle& handle, char*& text) {
     const std::int32_t length = readInteger(load);
-    if (ReadErrorFlag != 0) {
+    if (hasReadFailed()) {
         return;
     }
     if (length < 0 || !acquireBlock(handle, text, round4(length) + 1)) {
-        ReadErrorFlag = 1;
+        setReadFailed();
         return;
     }
     readPadded(load, text, length);
 }
 
-int readAttribute(const Load& load, AndiAttribute& attribute) {
+bool readAttribute(const Load& load, AndiAttribute& attribute) {
     ReadAndiString(load, attribute.NameHandle, attribute.Name);
     attribute.Type = readType(load);
     attribute.Count = readInteger(load);
@@ -130,47 +131,47 @@ int readAttribute(const Load& load, AndiAttribute& attribute) {
     if (readPadded(load, attribute.Value, byteCount)) {
         ReverseBytes(attribute.Value, size, attribute.Count);
     }
-    return 1;
+    return true;
 }
 
 // The arrays below count an entry when its reading begins, so that a release after a failure walks
 // over what was begun and not over what a broken file announced.
 
-int ReadAttributeList(const Load& load, AndiAttributeList& list) {
+bool ReadAttributeList(const Load& load, AndiAttributeList& list) {
     std::int32_t count = 0;
     if (!readListHead(load, ListTag::Attributes, count)) {
         return fail(load, attributesExpectedText);
     }
     if (count != 0 && !allocateArray(list.Handle, list.Items, count)) {
-        return 0;
+        return false;
     }
     while (list.Count < count) {
-        if (readAttribute(load, list.Items[list.Count++]) == 0) {
-            return 0;
+        if (!readAttribute(load, list.Items[list.Count++])) {
+            return false;
         }
     }
-    return 1;
+    return true;
 }
 
-int readDimensions(const Load& load) {
+bool readDimensions(const Load& load) {
     AndiFile& file = *load.file;
     std::int32_t count = 0;
     if (!readListHead(load, ListTag::Dimensions, count)) {
         return fail(load, dimensionExpectedText);
     }
     if (count != 0 && !allocateArray(file.DimensionsHandle, file.Dimensions, count)) {
-        return 0;
+        return false;
     }
     // Behind a failed read all further dimensions would only stay zero.
-    while (file.DimensionCount < count && ReadErrorFlag == 0) {
+    while (file.DimensionCount < count && !hasReadFailed()) {
         AndiDimension& dimension = file.Dimensions[file.DimensionCount++];
         ReadAndiString(load, dimension.NameHandle, dimension.Name);
         dimension.Length = readInteger(load);
     }
-    return 1;
+    return true;
 }
 
-int readDimensionIds(const Load& load, AndiVariable& variable) {
+bool readDimensionIds(const Load& load, AndiVariable& variable) {
     const std::int32_t dimensionCount = readInteger(load);
     if (dimensionCount < 0 || dimensionCount > maxVariableDimensions) {
         return fail(load, tooManyDimensionsText);
@@ -186,7 +187,7 @@ int readDimensionIds(const Load& load, AndiVariable& variable) {
         }
         variable.DimensionIds[static_cast<std::size_t>(i)] = id;
     }
-    return 1;
+    return true;
 }
 
 /// The product of the dimensions' lengths, the record dimension in first place counting with the
@@ -202,7 +203,7 @@ std::int64_t declaredElements(const AndiFile& file, const AndiVariable& variable
     return elements;
 }
 
-int readData(Load& load, AndiVariable& variable) {
+bool readData(Load& load, AndiVariable& variable) {
     const std::int64_t byteCount = variable.IsRecord == 1
                                        ? std::int64_t{load.file->RecordCount} * variable.VSize
                                        : variable.VSize;
@@ -216,7 +217,7 @@ int readData(Load& load, AndiVariable& variable) {
     variable.ElementCount = static_cast<std::int32_t>(
         std::clamp<std::int64_t>(declaredElements(*load.file, variable), 0, room));
     if (!isWanted) {
-        return 1;
+        return true;
     }
     const std::int64_t headerPosition = _llseek(load.handle, 0, SeekOrigin::Current);
     _llseek(load.handle, variable.Begin, SeekOrigin::Start);
@@ -227,21 +228,21 @@ int readData(Load& load, AndiVariable& variable) {
                     }
                 });
     _llseek(load.handle, headerPosition, SeekOrigin::Start);
-    load.dataRoom -= ReadErrorFlag == 0 ? byteCount : 0;
-    return load.dataRoom < 0 ? fail(load, outOfMemoryText) : 1;
+    load.dataRoom -= hasReadFailed() ? 0 : byteCount;
+    return load.dataRoom >= 0 || fail(load, outOfMemoryText);
 }
 
-int readVariable(Load& load, AndiVariable& variable) {
+bool readVariable(Load& load, AndiVariable& variable) {
     ReadAndiString(load, variable.NameHandle, variable.Name);
-    if (readDimensionIds(load, variable) == 0) {
-        return 0;
+    if (!readDimensionIds(load, variable)) {
+        return false;
     }
     variable.IsRecord =
         variable.DimensionCount > 0 && load.file->Dimensions[variable.DimensionIds[0]].Length == 0
             ? 1
             : 0;
-    if (ReadAttributeList(load, variable.Attributes) == 0) {
-        return 0;
+    if (!ReadAttributeList(load, variable.Attributes)) {
+        return false;
     }
     variable.Type = readType(load);
     if (!isValidType(variable.Type)) {
@@ -252,24 +253,24 @@ int readVariable(Load& load, AndiVariable& variable) {
     return readData(load, variable);
 }
 
-int readVariables(Load& load) {
+bool readVariables(Load& load) {
     AndiFile& file = *load.file;
     std::int32_t count = 0;
     if (!readListHead(load, ListTag::Variables, count)) {
         return fail(load, variableExpectedText);
     }
     if (count != 0 && !allocateArray(file.VariablesHandle, file.Variables, count)) {
-        return 0;
+        return false;
     }
     while (file.VariableCount < count) {
-        if (readVariable(load, file.Variables[file.VariableCount++]) == 0) {
-            return 0;
+        if (!readVariable(load, file.Variables[file.VariableCount++])) {
+            return false;
         }
     }
-    return 1;
+    return true;
 }
 
-int readSignature(const Load& load) {
+bool readSignature(const Load& load) {
     constexpr std::array<char, 3> signature{'C', 'D', 'F'};
     std::array<char, 4> bytes{};
     if (ReadChecked(load.handle, bytes.data(), bytes.size()) != 0 ||
@@ -279,19 +280,16 @@ int readSignature(const Load& load) {
     std::memcpy(&load.file->Magic, bytes.data(), signature.size());
     // NOLINTNEXTLINE(bugprone-signed-char-misuse): the version counts as a signed byte
     load.file->Version = static_cast<signed char>(bytes[3]);
-    return 1;
+    return true;
 }
 
-int readAll(Load& load) {
-    if (readSignature(load) == 0) {
-        return 0;
+bool readAll(Load& load) {
+    if (!readSignature(load)) {
+        return false;
     }
     load.file->RecordCount = readInteger(load);
-    if (readDimensions(load) == 0 || ReadAttributeList(load, load.file->GlobalAttributes) == 0 ||
-        readVariables(load) == 0) {
-        return 0;
-    }
-    return ReadErrorFlag == 0 ? 1 : fail(load, readFailedText);
+    return readDimensions(load) && ReadAttributeList(load, load.file->GlobalAttributes) &&
+           readVariables(load) && (!hasReadFailed() || fail(load, readFailedText));
 }
 
 } // namespace
@@ -310,15 +308,16 @@ int ReadAndiPart(const char* path, AndiFile* file, std::span<char> message, Data
               .isWanted = isWanted,
               .dataRoom = dataRoomOf(handle)};
     if (load.handle == fileError) {
-        return fail(load, openFailedText);
+        fail(load, openFailedText);
+        return 0;
     }
-    ReadErrorFlag = 0;
-    const int result = readAll(load);
+    beginReading();
+    const bool isRead = readAll(load);
     _lclose(load.handle);
-    if (result == 0) {
+    if (!isRead) {
         FreeAndiFile(file);
     }
-    return result;
+    return isRead ? 1 : 0;
 }
 
 } // namespace korlit

@@ -2,7 +2,7 @@
 
 #include "andi/andi_layout.h"
 #include "andi/byte_order.h"
-#include "api/checked_io.h"
+#include "platform/checked_io.h"
 #include "platform/files.h"
 #include "platform/text.h"
 
@@ -32,7 +32,7 @@ void writeListHead(int handle, ListTag tag, std::int32_t count) {
 std::int32_t currentPlace(int handle) {
     const std::int64_t place = _llseek(handle, 0, SeekOrigin::Current);
     if (place < 0 || place > std::numeric_limits<std::int32_t>::max()) {
-        WriteErrorFlag = 1;
+        setWriteFailed();
         return 0;
     }
     return static_cast<std::int32_t>(place);
@@ -129,12 +129,12 @@ void writeHeaderAlone(int handle, AndiFile& file) {
 /// The common course of the writers.
 int writeFile(const char* path, AndiFile* file, std::span<char> message,
               void (*write)(int handle, AndiFile& file)) {
-    WriteErrorFlag = 0;
+    beginWriting();
     // A file that could not be created shows in the first write.
     const int handle = _lcreat(path);
     write(handle, *file);
     CloseWritten(handle);
-    if (WriteErrorFlag != 0) {
+    if (hasWriteFailed()) {
         formatText(message, writeFailedText, path);
         FreeAndiFile(file);
         return 0;

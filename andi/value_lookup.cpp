@@ -62,27 +62,26 @@ std::int32_t loadedElements(const AndiVariable& variable) {
 }
 
 /// One round of the search over a variable: itself, then its attributes.
-int findInVariable(AndiVariable* variable, const char* key, void* out, std::int32_t outLength,
-                   AndiVariable** outVariable) {
+bool findInVariable(AndiVariable* variable, const char* key, void* out, std::int32_t outLength,
+                    AndiVariable** outVariable) {
     if (variable->IsRecord == 0 &&
         MatchAndiName(key, variable->Name, variable->Type, loadedElements(*variable),
                       variable->Data, out, outLength) == 1) {
         *outVariable = variable;
-        return 1;
+        return true;
     }
-    return outLength == pointerMode
-               ? 0
-               : FindAttributeInList(&variable->Attributes, key, out, outLength);
+    return outLength != pointerMode &&
+           FindAttributeInList(&variable->Attributes, key, out, outLength) == 1;
 }
 
-int findDimension(const AndiFile* file, const char* key, std::span<char> out) {
+bool findDimension(const AndiFile* file, const char* key, std::span<char> out) {
     for (std::int32_t i = 0; i < file->DimensionCount; ++i) {
         if (isSameName(key, file->Dimensions[i].Name)) {
             formatText(out, "%d", file->Dimensions[i].Length);
-            return 1;
+            return true;
         }
     }
-    return 0;
+    return false;
 }
 
 } // namespace
@@ -96,14 +95,12 @@ int FindAndiValue(AndiFile* file, char* key, void* out, std::int32_t outLength,
         return 1;
     }
     for (std::int32_t i = 0; i < file->VariableCount; ++i) {
-        if (findInVariable(&file->Variables[i], key, out, outLength, outVariable) == 1) {
+        if (findInVariable(&file->Variables[i], key, out, outLength, outVariable)) {
             return 1;
         }
     }
-    return isTextMode
-               ? findDimension(file, key,
-                               {static_cast<char*>(out), static_cast<std::size_t>(outLength)})
-               : 0;
+    const std::span<char> text{static_cast<char*>(out), static_cast<std::size_t>(outLength)};
+    return isTextMode && findDimension(file, key, text) ? 1 : 0;
 }
 
 int FindAttributeInList(const AndiAttributeList* list, const char* key, void* out,

@@ -2,6 +2,7 @@
 
 #include "api/guard.h"
 #include "api/paths.h"
+#include "api/shared_state.h"
 #include "dunvale/run_to_andi.h"
 #include "native/read_native_pair.h"
 #include "native/write_native_pair.h"
@@ -11,15 +12,18 @@ using namespace korlit;
 
 namespace {
 
-/// The frame of the exports that change the path's extension.
+/// The frame of the exports that convert a Merivolta data set: they change the path's extension,
+/// and share their state.
 template <typename Flow>
 int32_t convert(char* path, char* message, Flow flow) {
     return guarded([&] {
         if (path == nullptr || message == nullptr) {
-            return 0;
+            return false;
         }
         const std::span<char> text = messageBuffer(path, message);
-        return flow(path, NormalisePath(path), text);
+        char* extension = NormalisePath(path);
+        releaseSharedState();
+        return flow(path, extension, text);
     });
 }
 
@@ -35,7 +39,7 @@ int32_t Merivolta2Andi(char* path, char* message) {
 
 int32_t Dunvale2Andi(char* path, char* message) {
     return guarded(
-        [&] { return path == nullptr ? 0 : RunToAndi(path, runMessageBuffer(path, message)); });
+        [&] { return path != nullptr && RunToAndi(path, runMessageBuffer(path, message)); });
 }
 
 int32_t Andi2Dunvale(char* /*path*/, char* message) {

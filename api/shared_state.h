@@ -1,23 +1,10 @@
-// What all conversions share. A conversion is one call at a time; nothing here carries meaning from
-// one call to the next. TheAndiFile may stay filled behind a call and is released at the start of
-// the next one that uses it, or when the library is unloaded.
+// The life of what the conversions share: who releases it, and when.
 #pragma once
-
-#include "andi/andi_file.h"
-#include "native/native_records.h"
-
-#include <array>
 
 namespace korlit {
 
-extern AndiFile TheAndiFile;
-
-/// Texts on their way: values looked up (at most maxValueText characters) and names composed.
-extern std::array<char, 304> TextScratch;
-constexpr std::int32_t maxValueText = 299;
-
-extern SliHeader TheSliHeader;
-extern RepHeader TheRepHeader;
-extern ResHeader TheResHeader;
+/// Releases what the last conversion left in TheAndiFile. Every conversion that uses it begins with
+/// this; behind the last one it happens when the library is unloaded.
+void releaseSharedState();
 
 } // namespace korlit

@@ -33,9 +33,10 @@ struct RunConversion {
     ~RunConversion() { FreeAndiFile(&andiFile); }
 };
 
-int fail(std::span<char> message, const char* format, const char* path) {
+/// Tells the reason; answers false.
+bool fail(std::span<char> message, const char* format, const char* path) {
     formatText(message, format, path);
-    return 0;
+    return false;
 }
 
 bool hasExtension(std::string_view path) {
@@ -61,26 +62,24 @@ std::string outputName(const RunConversion& conversion, int channel) {
     return name + std::to_string(channel + 1) + ".cdf";
 }
 
-int convertChannels(RunConversion& conversion) {
+bool convertChannels(RunConversion& conversion) {
     const RunOrigin origin = originOf(conversion);
-    int result = 1;
+    bool areWritten = true;
     for (int channel = 0; channel < conversion.run.channelCount; ++channel) {
         if (!MapChannelToAndi(conversion.run, channel, origin, &conversion.andiFile,
                               conversion.message)) {
-            return 0;
+            return false;
         }
-        if (WriteAndiFile(outputName(conversion, channel).c_str(), &conversion.andiFile,
-                          conversion.message) == 0) {
-            result = 0;
-        }
+        areWritten &= WriteAndiFile(outputName(conversion, channel).c_str(), &conversion.andiFile,
+                                    conversion.message) == 1;
         FreeAndiFile(&conversion.andiFile);
     }
-    return result;
+    return areWritten;
 }
 
 } // namespace
 
-int RunToAndi(const char* path, std::span<char> message) {
+bool RunToAndi(const char* path, std::span<char> message) {
     RunConversion conversion{.path = path,
                              .message = message,
                              .outputPath = message.empty() ? "" : message.data(),
@@ -93,7 +92,7 @@ int RunToAndi(const char* path, std::span<char> message) {
         return fail(message, notOpenedText, path);
     }
     if (ReadRun(path, conversion.file, conversion.run, message) != runIsRead) {
-        return 0;
+        return false;
     }
     return convertChannels(conversion);
 }

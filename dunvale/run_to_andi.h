@@ -9,8 +9,8 @@ namespace korlit {
 /// every channel; else the files are named by the run file without its extension, the channel's
 /// number from 1, and ".cdf".
 ///
-/// Answers 1 with `message` as it was, or 0 with the reason in it. A channel that can't be written
-/// doesn't keep the others from being; those written before a failure stay.
-int RunToAndi(const char* path, std::span<char> message);
+/// Answers true with `message` as it was, or false with the reason in it. A channel that can't be
+/// written doesn't keep the others from being; those written before a failure stay.
+bool RunToAndi(const char* path, std::span<char> message);
 
 } // namespace korlit

@@ -1,7 +1,7 @@
 // An ANDI file: loaded, written back, and made a pair that is then read in turn.
 #include "andi/andi_reader.h"
 #include "andi/andi_writer.h"
-#include "api/shared_state.h"
+#include "native/native_state.h"
 #include "fuzz/input.h"
 #include "fuzz/promises.h"
 

@@ -1,8 +1,8 @@
 // Dates in all their forms. The input is a time zone, a serial date, the fields of a stamp, the two
 // date texts of a native header, the text of a stamp and a file of settings.
-#include "api/shared_state.h"
+#include "native/native_state.h"
 #include "datetime/injection_time.h"
-#include "datetime/native_date.h"
+#include "native/native_date.h"
 #include "datetime/serial_date.h"
 #include "datetime/stamp.h"
 #include "fuzz/input.h"

@@ -1,6 +1,6 @@
 // A Merivolta pair that becomes an ANDI file. The input is the length of the report in two bytes,
 // the report and the slice file.
-#include "api/shared_state.h"
+#include "native/native_state.h"
 #include "fuzz/input.h"
 #include "fuzz/promises.h"
 

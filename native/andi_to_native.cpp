@@ -1,9 +1,9 @@
 #include "native/andi_to_native.h"
 
 #include "andi/value_lookup.h"
-#include "api/shared_state.h"
 #include "datetime/stamp.h"
 #include "native/extremes.h"
+#include "native/native_state.h"
 #include "native/pair_rules.h"
 #include "platform/text.h"
 
@@ -11,7 +11,6 @@
 #include <array>
 #include <cstring>
 #include <optional>
-#include <string>
 #include <string_view>
 
 namespace korlit {
@@ -39,13 +38,18 @@ bool lookUpText(AndiFile* file, const char* name, char* target, std::int32_t lim
     return FindAndiValue(file, key.text.data(), target, limit, &variable) == 1;
 }
 
-/// A value as text in TextScratch. A value without elements is the empty text.
-std::optional<std::string_view> lookUpText(AndiFile* file, const char* name) {
+/// A value as text, which is a copy: the next lookup goes over TextScratch. A value without
+/// elements is the empty text.
+std::optional<ValueText> lookUpText(AndiFile* file, const char* name) {
     TextScratch.fill('\0');
     if (!lookUpText(file, name, TextScratch.data(), maxValueText)) {
         return std::nullopt;
     }
-    return std::string_view{TextScratch.data()};
+    return TextScratch;
+}
+
+std::optional<std::string_view> viewOf(const std::optional<ValueText>& text) {
+    return text ? std::optional<std::string_view>{text->data()} : std::nullopt;
 }
 
 AndiVariable* lookUpVariable(AndiFile* file, const char* name) {
@@ -75,12 +79,15 @@ void composeTime(std::span<char> target, const StampFields& stamp) {
 }
 
 void mapDate(AndiFile* file) {
-    const auto isThere = [&](const char* name) { return lookUpText(file, name).has_value(); };
-    if (std::ranges::none_of(stampSources, isThere)) {
+    std::optional<ValueText> text;
+    for (const char* source : stampSources) {
+        text = text ? text : lookUpText(file, source);
+    }
+    if (!text) {
         return;
     }
     StampFields stamp{};
-    ParseAndiStamp(&stamp, TextScratch.data());
+    ParseAndiStamp(&stamp, text->data());
     composeDate(TheSliHeader.DateText, stamp);
     composeTime(TheSliHeader.TimeText, stamp);
     composeDate(TheResHeader.ResultDate, stamp);
@@ -98,7 +105,7 @@ void mapTexts(AndiFile* file) {
 /// The samples into a block of their own; null, or the text of the failure.
 const char* mapSignal(NativeBlocks& blocks, AndiFile* file) {
     if (const auto count = lookUpText(file, taken::pointNumber)) {
-        TheSliHeader.PointCount = static_cast<std::uint32_t>(countIn(*count));
+        TheSliHeader.PointCount = static_cast<std::uint32_t>(countIn(count->data()));
     }
     const std::int64_t sampleSize = sizeof(float);
     const std::int64_t spare = 4;
@@ -124,9 +131,9 @@ const char* mapSignal(NativeBlocks& blocks, AndiFile* file) {
 
 /// Sets the sample interval; answers the factor that turns the file's times into minutes.
 float mapInterval(AndiFile* file) {
-    // The next lookup takes the place of this one's text.
-    const std::optional<std::string> interval{lookUpText(file, taken::samplingInterval)};
-    const PairTimes times = pairTimes(interval, lookUpText(file, taken::retentionUnit));
+    const auto interval = lookUpText(file, taken::samplingInterval);
+    const auto unit = lookUpText(file, taken::retentionUnit);
+    const PairTimes times = pairTimes(viewOf(interval), viewOf(unit));
     TheSliHeader.ScaleFactor = 1.0;
     TheSliHeader.SampleIntervalMs = times.intervalMs;
     return times.minutesPerUnit;
@@ -143,7 +150,8 @@ std::string_view takeDigits(std::string_view& text) {
 /// Rack and vial from a position such as 1-2. A text that doesn't start with the rack has its first
 /// digits taken for the vial.
 void mapPosition(AndiFile* file) {
-    auto rest = lookUpText(file, taken::samplePosition).value_or("");
+    const ValueText text = lookUpText(file, taken::samplePosition).value_or(ValueText{});
+    std::string_view rest{text.data()};
     if (const auto rack = readShort(takeDigits(rest))) {
         TheSliHeader.AutosamplerRack = *rack;
     }
@@ -177,7 +185,8 @@ void mapPeakNames(AndiFile* file, PeakRecord* peaks) {
 
 /// The peak table, if the file has one that fits. `message` says why one was left out.
 void mapPeaks(NativeBlocks& blocks, AndiFile* file, float timeFactor, std::span<char> message) {
-    const std::int64_t count = countIn(lookUpText(file, taken::peakNumber).value_or(""));
+    const std::int64_t count =
+        countIn(lookUpText(file, taken::peakNumber).value_or(ValueText{}).data());
     if (count <= 0) {
         return;
     }
@@ -213,7 +222,7 @@ int MapAndiToNative(NativeBlocks& blocks, AndiFile* file, std::span<char> messag
         return fail(message, failure);
     }
     const float timeFactor = mapInterval(file);
-    if (!isUniform(lookUpText(file, taken::uniformFlag))) {
+    if (!isUniform(viewOf(lookUpText(file, taken::uniformFlag)))) {
         return fail(message, notUniformText);
     }
     mapPosition(file);

@@ -2,9 +2,9 @@
 
 #include "andi/andi_writer.h"
 #include "andi/chromatography_template.h"
-#include "api/shared_state.h"
 #include "datetime/injection_time.h"
-#include "datetime/native_date.h"
+#include "native/native_date.h"
+#include "native/native_state.h"
 #include "platform/text.h"
 
 #include <algorithm>
@@ -123,12 +123,10 @@ bool buildFile(AndiFile* file, const char* path, NativeBlocks& blocks) {
 } // namespace
 
 int MapNativeToAndi(NativeBlocks& blocks, AndiFile* file, char* path, std::span<char> message) {
-    if (!buildFile(file, path, blocks)) {
+    const bool isWritten = buildFile(file, path, blocks) &&
+                           WriteAndiFile(std::strcat(path, ".cdf"), file, message) == 1;
+    if (!isWritten) {
         FreeAndiFile(file);
-        return 0;
-    }
-    std::strcat(path, ".cdf");
-    if (WriteAndiFile(path, file, message) == 0) {
         return 0;
     }
     formatText(message, convertedText, path);

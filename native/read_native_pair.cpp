@@ -1,9 +1,9 @@
 #include "native/read_native_pair.h"
 
-#include "api/checked_io.h"
-#include "api/shared_state.h"
+#include "native/native_state.h"
 #include "native/native_to_andi.h"
 #include "native/ostrelix.h"
+#include "platform/checked_io.h"
 #include "platform/files.h"
 #include "platform/text.h"
 
@@ -34,13 +34,11 @@ struct Reading {
     LibraryHandle library = nullptr;
     int slice = fileError;
     int report = fileError;
-    NativeBlocks blocks{};
+    NativeBlocks blocks;
 
     ~Reading() {
         releaseLibrary();
         closeFiles();
-        releaseBlock(blocks.dataHandle, blocks.data);
-        releaseBlock(blocks.peakHandle, blocks.peaks);
     }
 
     void releaseLibrary() {
@@ -55,14 +53,15 @@ struct Reading {
     void setExtension(const char* text) const { std::strcpy(extension, text); }
 };
 
-int fail(const Reading& reading, const char* format) {
+/// Tells the reason; answers false.
+bool fail(const Reading& reading, const char* format) {
     formatText(reading.message, format, reading.path);
-    return 0;
+    return false;
 }
 
-int failWithoutEntryPoint(const Reading& reading, const EntryPointNames& names) {
+bool failWithoutEntryPoint(const Reading& reading, const EntryPointNames& names) {
     formatText(reading.message, noEntryPointText, names.plain, ostrelixName);
-    return 0;
+    return false;
 }
 
 /// Runs a call into the sibling library; answers false if it threw. Its exception ends here, while
@@ -77,21 +76,21 @@ bool callSibling(Call call) {
     }
 }
 
-int loadLibrary(Reading& reading) {
+bool loadLibrary(Reading& reading) {
     reading.library = LoadLibraryA(ostrelixName);
-    return reading.library == nullptr ? fail(reading, noLibraryText) : 1;
+    return reading.library != nullptr || fail(reading, noLibraryText);
 }
 
-int readSliceHeader(const Reading& reading) {
+bool readSliceHeader(const Reading& reading) {
     const auto readChromHeader =
         entryPoint<ReadChromHeaderEntry>(reading.library, readChromHeaderNames);
     if (readChromHeader == nullptr) {
         return failWithoutEntryPoint(reading, readChromHeaderNames);
     }
-    return callSibling([&] { readChromHeader(reading.path, &TheSliHeader, 0); }) ? 1 : 0;
+    return callSibling([&] { readChromHeader(reading.path, &TheSliHeader, 0); });
 }
 
-int openFiles(Reading& reading) {
+bool openFiles(Reading& reading) {
     reading.slice = _lopen(reading.path);
     if (reading.slice == fileError) {
         return fail(reading, noSliceText);
@@ -101,22 +100,22 @@ int openFiles(Reading& reading) {
     if (reading.report == fileError) {
         return fail(reading, noReportText);
     }
-    ReadErrorFlag = 0;
-    return 1;
+    beginReading();
+    return true;
 }
 
 /// The version is one that the library doesn't know. It tells the user itself if it can.
-int refuseVersion(Reading& reading) {
+bool refuseVersion(Reading& reading) {
     const auto fileReadError = entryPoint<FileReadErrorEntry>(reading.library, fileReadErrorNames);
     reading.setExtension(sliceExtension);
     if (fileReadError == nullptr) {
         return fail(reading, noDataOffsetText);
     }
     callSibling([&] { fileReadError(reading.path); });
-    return 0;
+    return false;
 }
 
-int seekSamples(Reading& reading) {
+bool seekSamples(Reading& reading) {
     const auto getSliDataOffSet =
         entryPoint<GetSliDataOffSetEntry>(reading.library, getSliDataOffSetNames);
     if (getSliDataOffSet == nullptr) {
@@ -125,37 +124,37 @@ int seekSamples(Reading& reading) {
     std::uint32_t offset = 0;
     std::int32_t isKnown = 0;
     if (!callSibling([&] { isKnown = getSliDataOffSet(TheSliHeader.FormatVersion, &offset); })) {
-        return 0;
+        return false;
     }
     if (isKnown == 0) {
         return refuseVersion(reading);
     }
     _llseek(reading.slice, offset, SeekOrigin::Start);
-    return 1;
+    return true;
 }
 
-int readSamples(Reading& reading) {
+bool readSamples(Reading& reading) {
     const std::int64_t byteCount = std::int64_t{sizeof(float)} * TheSliHeader.PointCount;
     if (!acquireBlock(reading.blocks.dataHandle, reading.blocks.data, byteCount)) {
         reading.setExtension(sliceExtension);
         return fail(reading, noMemoryForDataText);
     }
     ReadChecked(reading.slice, reading.blocks.data, byteCount);
-    return 1;
+    return true;
 }
 
 int headerRevision() {
     return (TheRepHeader.ReportFlags & headerRevisionMask) >> headerRevisionShift;
 }
 
-int readReportHeader(Reading& reading) {
+bool readReportHeader(Reading& reading) {
     ReadChecked(reading.report, &TheRepHeader, sizeof TheRepHeader);
     if (headerRevision() < currentHeaderRevision &&
         BringRepHeaderUpToDate(reading.library, reading.path) == 0) {
         return fail(reading, notUpdatedText);
     }
     reading.releaseLibrary();
-    return 1;
+    return true;
 }
 
 void readPeak(const Reading& reading, PeakRecord& peak) {
@@ -168,11 +167,11 @@ void readPeak(const Reading& reading, PeakRecord& peak) {
     peak.BaselineStopTime = peak.PeakEndTime;
 }
 
-int readPeaks(Reading& reading) {
+bool readPeaks(Reading& reading) {
     _llseek(reading.report, TheRepHeader.ResultsOffset, SeekOrigin::Start);
     ReadChecked(reading.report, &TheResHeader, sizeof TheResHeader);
     if (TheResHeader.PeakCount == 0) {
-        return 1;
+        return true;
     }
     const std::int64_t byteCount = std::int64_t{sizeof(PeakRecord)} * TheResHeader.PeakCount;
     if (byteCount > maxReadPeakBytes) {
@@ -185,29 +184,29 @@ int readPeaks(Reading& reading) {
     for (int i = 0; i < TheResHeader.PeakCount; ++i) {
         readPeak(reading, reading.blocks.peaks[i]);
     }
-    return 1;
+    return true;
 }
 
-int convert(Reading& reading) {
-    if (loadLibrary(reading) == 0 || readSliceHeader(reading) == 0 || openFiles(reading) == 0 ||
-        seekSamples(reading) == 0 || readSamples(reading) == 0 || readReportHeader(reading) == 0 ||
-        readPeaks(reading) == 0) {
-        return 0;
+bool convert(Reading& reading) {
+    const bool areAllRead = loadLibrary(reading) && readSliceHeader(reading) &&
+                            openFiles(reading) && seekSamples(reading) && readSamples(reading) &&
+                            readReportHeader(reading) && readPeaks(reading);
+    if (!areAllRead) {
+        return false;
     }
     reading.closeFiles();
-    if (ReadErrorFlag != 0) {
+    if (hasReadFailed()) {
         return fail(reading, readFailedText);
     }
     *reading.extension = '\0';
-    return MapNativeToAndi(reading.blocks, &TheAndiFile, reading.path, reading.message);
+    return MapNativeToAndi(reading.blocks, &TheAndiFile, reading.path, reading.message) == 1;
 }
 
 } // namespace
 
 // NOLINTNEXTLINE(readability-non-const-parameter): both are written through the record
-int ReadNativePair(char* path, char* extension, std::span<char> message) {
-    FreeAndiFile(&TheAndiFile);
-    Reading reading{.path = path, .extension = extension, .message = message};
+bool ReadNativePair(char* path, char* extension, std::span<char> message) {
+    Reading reading{.path = path, .extension = extension, .message = message, .blocks = {}};
     return convert(reading);
 }
 

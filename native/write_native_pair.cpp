@@ -1,9 +1,9 @@
 #include "native/write_native_pair.h"
 
 #include "andi/andi_reader.h"
-#include "api/checked_io.h"
-#include "api/shared_state.h"
 #include "native/andi_to_native.h"
+#include "native/native_state.h"
+#include "platform/checked_io.h"
 #include "platform/files.h"
 #include "platform/text.h"
 
@@ -48,55 +48,77 @@ void writeReportFile(int file, const PeakRecord* peaks) {
     WriteChecked(file, &TheRepHeader, sizeof TheRepHeader);
 }
 
-int fail(std::span<char> message, const char* format, const char* path) {
-    formatText(message, format, path);
-    return 0;
+/// What one conversion holds. Whatever it still holds at its end is released.
+struct Writing {
+    char* path;
+    char* extension;
+    std::span<char> message;
+    int slice = fileError;
+    int report = fileError;
+    NativeBlocks blocks;
+
+    ~Writing() {
+        _lclose(slice);
+        _lclose(report);
+    }
+    void setExtension(const char* text) const { std::strcpy(extension, text); }
+    /// The file of that extension, created or emptied.
+    int create(const char* text) const {
+        setExtension(text);
+        return _lcreat(path);
+    }
+    void closeFiles() {
+        CloseWritten(slice);
+        CloseWritten(report);
+        slice = report = fileError;
+    }
+};
+
+/// Tells the reason; answers false.
+bool fail(const Writing& writing, const char* format) {
+    formatText(writing.message, format, writing.path);
+    return false;
 }
 
-/// Fills the two open files from TheAndiFile and closes them.
-int writePair(int slice, int report, const char* path, std::span<char> message) {
-    NativeBlocks blocks{};
-    const int isMapped = MapAndiToNative(blocks, &TheAndiFile, message);
-    WriteErrorFlag = 0;
-    if (isMapped == 1) {
-        WriteSliceFile(slice, blocks.data);
-        writeReportFile(report, blocks.peaks);
+bool createFiles(Writing& writing) {
+    writing.slice = writing.create(sliceExtension);
+    if (writing.slice == fileError) {
+        return fail(writing, sliceNotCreatedText);
     }
-    CloseWritten(slice);
-    CloseWritten(report);
+    writing.report = writing.create(reportExtension);
+    if (writing.report == fileError) {
+        return fail(writing, reportNotCreatedText);
+    }
+    writing.setExtension(sliceExtension);
+    return true;
+}
+
+/// The mapping leaves the file to be released on some of its roads.
+bool mapFile(Writing& writing) {
+    const bool isMapped = MapAndiToNative(writing.blocks, &TheAndiFile, writing.message) == 1;
     FreeAndiFile(&TheAndiFile);
-    releaseBlock(blocks.dataHandle, blocks.data);
-    releaseBlock(blocks.peakHandle, blocks.peaks);
-    if (isMapped == 0) {
-        return 0;
-    }
-    if (WriteErrorFlag != 0) {
-        return fail(message, writeFailedText, path);
-    }
-    formatText(message, writtenText, path);
-    return 1;
+    return isMapped;
+}
+
+bool writeFiles(Writing& writing) {
+    beginWriting();
+    WriteSliceFile(writing.slice, writing.blocks.data);
+    writeReportFile(writing.report, writing.blocks.peaks);
+    writing.closeFiles();
+    return !hasWriteFailed() || fail(writing, writeFailedText);
 }
 
 } // namespace
 
-int WriteNativePair(char* path, char* extension, std::span<char> message) {
-    FreeAndiFile(&TheAndiFile);
-    if (ReadAndiFile(path, &TheAndiFile, message) == 0) {
-        return 0;
+// NOLINTNEXTLINE(readability-non-const-parameter): both are written through the record
+bool WriteNativePair(char* path, char* extension, std::span<char> message) {
+    Writing writing{.path = path, .extension = extension, .message = message, .blocks = {}};
+    const bool isWritten = ReadAndiFile(path, &TheAndiFile, message) == 1 && createFiles(writing) &&
+                           mapFile(writing) && writeFiles(writing);
+    if (isWritten) {
+        formatText(message, writtenText, path);
     }
-    std::strcpy(extension, sliceExtension);
-    const int slice = _lcreat(path);
-    if (slice == fileError) {
-        return fail(message, sliceNotCreatedText, path);
-    }
-    std::strcpy(extension, reportExtension);
-    const int report = _lcreat(path);
-    if (report == fileError) {
-        _lclose(slice);
-        return fail(message, reportNotCreatedText, path);
-    }
-    std::strcpy(extension, sliceExtension);
-    return writePair(slice, report, path, message);
+    return isWritten;
 }
 
 void WriteSliceFile(int file, const float* data) {

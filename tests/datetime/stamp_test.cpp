@@ -1,8 +1,8 @@
 #include "datetime/stamp.h"
 
-#include "api/shared_state.h"
+#include "native/native_state.h"
 #include "datetime/injection_time.h"
-#include "datetime/native_date.h"
+#include "native/native_date.h"
 #include "tests/support/module_test.h"
 
 #include <cstring>

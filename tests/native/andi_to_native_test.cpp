@@ -1,7 +1,7 @@
 #include "native/andi_to_native.h"
 
 #include "andi/andi_reader.h"
-#include "api/shared_state.h"
+#include "native/native_state.h"
 #include "tests/support/andi_text.h"
 #include "tests/support/module_test.h"
 

@@ -1,6 +1,6 @@
-#include "datetime/native_date.h"
+#include "native/native_date.h"
 
-#include "api/shared_state.h"
+#include "native/native_state.h"
 #include "platform/profile.h"
 #include "platform/text.h"
 

@@ -1,15 +1,23 @@
 // Transfers under a sticky flag. A job reads or writes its file from end to end without a test in
 // between: the first transfer that falls short sets the flag, every later one does nothing, and one
-// look at the flag at the end of the job tells whether all went through.
+// question at the end of the job tells whether all went through.
 #pragma once
 
 #include <cstdint>
 
 namespace korlit {
 
-/// 0 or 1. Cleared by the job that is about to read or write, and by nobody else.
-extern std::int32_t ReadErrorFlag;
-extern std::int32_t WriteErrorFlag;
+/// Clear the flag: a job is about to read, or to write. Nobody else calls them.
+void beginReading();
+void beginWriting();
+
+/// Whether a transfer has fallen short since.
+bool hasReadFailed();
+bool hasWriteFailed();
+
+/// Set the flag, for what is as good as a transfer that fell short.
+void setReadFailed();
+void setWriteFailed();
 
 /// Moves `byteCount` bytes between the file and memory, unless the flag is set already. The flag
 /// becomes 1 if anything but `byteCount` bytes moved. Answers the flag.
