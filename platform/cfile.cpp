@@ -3,9 +3,9 @@
 #include "platform/descriptors.h"
 #include "platform/faults.h"
 
-#include <unistd.h>
-
 #include <algorithm>
+#include <cstddef>
+#include <span>
 
 namespace korlit {
 
@@ -29,16 +29,13 @@ bool CFile::Open(const char* path) {
 
 std::int64_t CFile::Read(void* target, std::int64_t byteCount) {
     const FaultKind fault = faultAt(FaultPoint::Read);
-    bool hasFailed = fault == FaultKind::Fail;
-    const std::int64_t left = hasFailed || isAtEnd ? 0 : byteCount;
+    if (fault == FaultKind::Fail) {
+        return -1;
+    }
+    const std::int64_t left = isAtEnd ? 0 : byteCount;
     const std::int64_t wanted = fault == FaultKind::CutShort ? left / 2 : left;
-    auto* bytes = static_cast<char*>(target);
-    const std::int64_t moved = transferAll(wanted, [&](std::int64_t done) {
-        const ssize_t count = pread(descriptor, bytes + done,
-                                    static_cast<std::size_t>(wanted - done), position + done);
-        hasFailed = count < 0 && errno != EINTR;
-        return count;
-    });
+    const std::span bytes{static_cast<std::byte*>(target), static_cast<std::size_t>(wanted)};
+    const auto [moved, hasFailed] = readAt(descriptor, bytes, wanted, position);
     position += moved;
     isAtEnd = isAtEnd || (!hasFailed && moved < byteCount);
     return hasFailed ? -1 : moved;
@@ -50,8 +47,8 @@ std::int64_t CFile::GetRemaining() const {
 
 void CFile::Close() {
     if (descriptor >= 0) {
-        close(descriptor);
-        descriptor = -1;
+        closeDescriptor(descriptor);
+        descriptor = noDescriptor;
         countHeldFiles(-1);
     }
 }

@@ -2,41 +2,25 @@
 
 #include "platform/descriptors.h"
 #include "platform/faults.h"
+#include "platform/file_windows.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
-#include <algorithm>
 #include <array>
-#include <cerrno>
 #include <cstddef>
-#include <cstring>
 #include <limits>
+#include <span>
 
 namespace korlit {
 
 namespace {
 
-constexpr std::int64_t windowSize = 65536;
 constexpr std::int64_t nowhere = -1;
 
-/// A stretch of the file in memory: bytes that were read, or that are still to be written.
-struct Window {
-    std::int64_t start = 0;
-    std::int64_t length = 0;
-    std::array<std::byte, windowSize> bytes;
-
-    std::int64_t end() const { return start + length; }
-};
-
 struct OpenFile {
-    int descriptor = -1;
+    int descriptor = noDescriptor;
     bool isWritten = false;
     bool hasFailed = false; ///< a write that was reported as done did not reach the file
     std::int64_t position = 0;
-    std::size_t latest = 0; ///< the window that was used last
-    // A header and the data far behind it are read, and written, by turns.
-    std::array<Window, 2> windows;
+    FileWindows windows;
 };
 
 // A conversion holds at most three files at a time. Handles are 1 and up, so that 0 can stand for
@@ -51,8 +35,11 @@ OpenFile* openFileOf(int handle) {
     return file.descriptor < 0 ? nullptr : &file;
 }
 
-/// Takes over the descriptor; closes it if there is no room.
+/// Takes over the descriptor, if there is one; closes it if there is no room.
 int newHandle(int descriptor, bool isWritten) {
+    if (descriptor < 0) {
+        return fileError;
+    }
     for (std::size_t slot = 0; slot < openFiles.size(); ++slot) {
         OpenFile& file = openFiles[slot];
         if (file.descriptor < 0) {
@@ -60,119 +47,34 @@ int newHandle(int descriptor, bool isWritten) {
             file.isWritten = isWritten;
             file.hasFailed = false;
             file.position = 0;
-            for (Window& window : file.windows) {
-                window.length = 0;
-            }
+            file.windows.clear();
             countHeldFiles(+1);
             return static_cast<int>(slot) + 1;
         }
     }
-    close(descriptor);
+    closeDescriptor(descriptor);
     return fileError;
 }
 
-/// Reads `byteCount` bytes and as many of the `room` as come along with them.
-std::int64_t readAt(int descriptor, std::byte* target, std::int64_t byteCount, std::int64_t room,
-                    std::int64_t position) {
-    return transferAll(byteCount, [&](std::int64_t done) {
-        return pread(descriptor, target + done, static_cast<std::size_t>(room - done),
-                     position + done);
-    });
-}
-
-std::int64_t writeAt(int descriptor, const std::byte* source, std::int64_t byteCount,
-                     std::int64_t position) {
-    return transferAll(byteCount, [&](std::int64_t done) {
-        return pwrite(descriptor, source + done, static_cast<std::size_t>(byteCount - done),
-                      position + done);
-    });
-}
-
-Window& useOlderWindow(OpenFile& file) {
-    file.latest = 1 - file.latest;
-    return file.windows[file.latest];
-}
-
-/// Takes bytes at the position from the latest window, as far as it holds them.
-std::int64_t takeFromLatest(OpenFile& file, std::byte* target, std::int64_t byteCount) {
-    const Window& window = file.windows[file.latest];
-    const std::int64_t taken = std::min(byteCount, window.end() - file.position);
-    if (file.position < window.start || taken <= 0) {
-        return 0;
+/// Reads what the windows don't hold: straight to the target, or by way of a window.
+std::int64_t readBehind(OpenFile& file, std::span<std::byte> target, std::int64_t place) {
+    const std::int64_t byteCount = std::ssize(target);
+    if (byteCount >= FileWindows::size) {
+        return readAt(file.descriptor, target, byteCount, place).moved;
     }
-    std::memcpy(target, window.bytes.data() + (file.position - window.start),
-                static_cast<std::size_t>(taken));
-    file.position += taken;
-    return taken;
+    const std::span<std::byte> room = file.windows.renew(place);
+    file.windows.hold(readAt(file.descriptor, room, byteCount, place).moved);
+    return file.windows.take(place, target);
 }
 
-/// Reads what the windows don't hold: straight to the target, or by way of the latest window.
-std::int64_t readBehind(OpenFile& file, std::byte* target, std::int64_t byteCount) {
-    if (byteCount >= windowSize) {
-        const std::int64_t moved =
-            readAt(file.descriptor, target, byteCount, byteCount, file.position);
-        file.position += moved;
-        return moved;
-    }
-    Window& window = file.windows[file.latest];
-    window.start = file.position;
-    window.length =
-        readAt(file.descriptor, window.bytes.data(), byteCount, windowSize, file.position);
-    return takeFromLatest(file, target, byteCount);
-}
-
-/// Writes out what the window has gathered. A failure is the file's from then on.
-void flush(OpenFile& file, Window& window) {
-    if (window.length > 0) {
-        const std::int64_t written =
-            writeAt(file.descriptor, window.bytes.data(), window.length, window.start);
-        file.hasFailed = file.hasFailed || written != window.length;
-        window.length = 0;
-    }
-}
-
-/// Writes out what would later go over `byteCount` bytes at the position, but for `target`.
-void flushOverlaps(OpenFile& file, std::int64_t byteCount, const Window* target = nullptr) {
-    for (Window& window : file.windows) {
-        const bool isOverlapping =
-            window.start < file.position + byteCount && file.position < window.end();
-        if (isOverlapping && &window != target) {
-            flush(file, window);
+/// Writes out what was gathered. A failure is the file's from then on.
+void writeOut(OpenFile& file, const Stretches& stretches) {
+    for (const auto& [place, bytes] : stretches) {
+        if (!bytes.empty()) {
+            const std::int64_t moved = writeAt(file.descriptor, bytes, place);
+            file.hasFailed = file.hasFailed || moved != std::ssize(bytes);
         }
     }
-}
-
-/// The window that can take `byteCount` bytes at the position: one that they adjoin, or else the
-/// older one, emptied. One that is full goes out on the way, so that a loss is told early.
-Window& windowFor(OpenFile& file, std::int64_t byteCount) {
-    for (const std::size_t each : {file.latest, 1 - file.latest}) {
-        const Window& window = file.windows[each];
-        if (window.start <= file.position && file.position <= window.end() &&
-            file.position + byteCount <= window.start + windowSize && window.length > 0) {
-            file.latest = each;
-            return file.windows[each];
-        }
-    }
-    Window& latest = file.windows[file.latest];
-    Window& older = useOlderWindow(file);
-    if (latest.length == windowSize) {
-        flush(file, latest);
-    }
-    flush(file, older);
-    older.start = file.position;
-    return older;
-}
-
-/// Puts bytes at the position into a window.
-void gather(OpenFile& file, const std::byte* source, std::int64_t byteCount) {
-    if (byteCount == 0) {
-        return;
-    }
-    Window& window = windowFor(file, byteCount);
-    flushOverlaps(file, byteCount, &window);
-    const std::int64_t place = file.position - window.start;
-    std::memcpy(window.bytes.data() + place, source, static_cast<std::size_t>(byteCount));
-    window.length = std::max(window.length, place + byteCount);
 }
 
 /// What is to be moved when `byteCount` bytes are asked for; fileError for nothing at all.
@@ -193,16 +95,14 @@ int _lopen(const char* path) {
     if (faultAt(FaultPoint::Open) != FaultKind::None) {
         return fileError;
     }
-    const int descriptor = openRegularFile(path);
-    return descriptor < 0 ? fileError : newHandle(descriptor, false);
+    return newHandle(openRegularFile(path), false);
 }
 
 int _lcreat(const char* path) {
     if (faultAt(FaultPoint::Create) != FaultKind::None) {
         return fileError;
     }
-    const int descriptor = openUninterrupted(path, O_WRONLY | O_CREAT | O_TRUNC);
-    return descriptor < 0 ? fileError : newHandle(descriptor, true);
+    return newHandle(createFile(path), true);
 }
 
 int _lclose(int handle) {
@@ -210,14 +110,11 @@ int _lclose(int handle) {
     if (file == nullptr) {
         return fileError;
     }
-    for (Window& window : file->windows) {
-        if (file->isWritten) {
-            flush(*file, window);
-        }
+    if (file->isWritten) {
+        writeOut(*file, file->windows.giveAll());
     }
-    // An interrupted close has released the descriptor all the same and must not be repeated.
-    const bool isClosed = (close(file->descriptor) == 0 || errno == EINTR) && !file->hasFailed;
-    file->descriptor = -1;
+    const bool isClosed = closeDescriptor(file->descriptor) && !file->hasFailed;
+    file->descriptor = noDescriptor;
     countHeldFiles(-1);
     return isClosed && faultAt(FaultPoint::Close) == FaultKind::None ? 0 : fileError;
 }
@@ -233,13 +130,14 @@ std::int64_t _hread(int handle, void* target, std::int64_t byteCount) {
     if (wanted < 0) {
         return fileError;
     }
-    auto* bytes = static_cast<std::byte*>(target);
-    std::int64_t done = takeFromLatest(*file, bytes, wanted);
+    const std::span bytes{static_cast<std::byte*>(target), static_cast<std::size_t>(wanted)};
+    std::int64_t done = file->windows.take(file->position, bytes);
     if (done < wanted) {
-        useOlderWindow(*file);
-        done += takeFromLatest(*file, bytes + done, wanted - done);
+        done +=
+            readBehind(*file, bytes.subspan(static_cast<std::size_t>(done)), file->position + done);
     }
-    return done < wanted ? done + readBehind(*file, bytes + done, wanted - done) : done;
+    file->position += done;
+    return done;
 }
 
 std::int64_t _hwrite(int handle, const void* source, std::int64_t byteCount) {
@@ -248,13 +146,14 @@ std::int64_t _hwrite(int handle, const void* source, std::int64_t byteCount) {
     if (wanted < 0) {
         return fileError;
     }
-    const auto* bytes = static_cast<const std::byte*>(source);
+    const std::span bytes{static_cast<const std::byte*>(source), static_cast<std::size_t>(wanted)};
     std::int64_t done = wanted;
-    if (wanted < windowSize) {
-        gather(*file, bytes, wanted);
-    } else {
-        flushOverlaps(*file, wanted);
-        done = file->hasFailed ? 0 : writeAt(file->descriptor, bytes, wanted, file->position);
+    if (wanted >= FileWindows::size) {
+        writeOut(*file, file->windows.giveOverlaps(file->position, wanted));
+        done = file->hasFailed ? 0 : writeAt(file->descriptor, bytes, file->position);
+    } else if (wanted > 0) {
+        writeOut(*file, file->windows.makeRoom(file->position, wanted));
+        file->windows.gather(file->position, bytes);
     }
     file->position += done;
     return file->hasFailed ? 0 : done;
