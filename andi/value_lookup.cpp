@@ -49,6 +49,9 @@ void deliverNumbers(AndiType type, const void* elements, std::int32_t elementCou
                     std::span<char> out) {
     const char* separator = elementSize(type) > 1 ? " " : "";
     std::size_t written = 0;
+    if (elementCount > 0) {
+        out.front() = '\0';
+    }
     for (std::int32_t i = 0; i < elementCount && written + 1 < out.size(); ++i) {
         const AndiElementText text = FormatAndiValue(type, elements, i);
         formatText(out.subspan(written), "%s%s", text.data(), separator);

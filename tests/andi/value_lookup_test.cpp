@@ -80,6 +80,7 @@ TEST_F(ValueLookupTest, KeepsToTheBuffer) {
     EXPECT_EQ(find("doublevalues", 8), "     1.\0"s);
     EXPECT_EQ(find("pointnumber", 4), "102\0"s);
     EXPECT_EQ(find("pointnumber", 1), "\0"s);
+    EXPECT_EQ(find("shortvalues", 1), "\0"s);
 }
 
 TEST(FormatAndiValue, RendersOneElement) {
