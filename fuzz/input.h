@@ -10,6 +10,7 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <span>
 #include <string>
 
@@ -25,6 +26,14 @@ class Input {
 
     bool isEmpty() const { return bytes.empty(); }
 
+    /// The next `size` bytes, or what is left.
+    std::span<const char> take(std::size_t size) {
+        const std::span<const char> part = bytes.first(std::min(size, bytes.size()));
+        bytes = bytes.subspan(part.size());
+        return part;
+    }
+    std::span<const char> rest() { return take(bytes.size()); }
+
     /// The next number; what the input no longer holds of it is zero.
     template <typename Number>
     Number number() {
@@ -34,30 +43,20 @@ class Input {
         return value;
     }
 
-    /// The next `size` bytes, or what is left.
-    std::span<const char> take(std::size_t size) {
-        const std::span<const char> part = bytes.first(std::min(size, bytes.size()));
-        bytes = bytes.subspan(part.size());
-        return part;
-    }
-
     /// The next text: its length in a byte, and so many bytes.
     std::string text() {
         const std::span<const char> part = take(number<std::uint8_t>());
         return {part.begin(), part.end()};
     }
 
-    /// The same up to its first zero byte.
-    std::string name() {
-        const std::string all = text();
-        return all.substr(0, all.find('\0'));
-    }
-
-    std::span<const char> rest() { return take(bytes.size()); }
-
   private:
     std::span<const char> bytes;
 };
+
+inline std::string readAll(const std::filesystem::path& path) {
+    std::ifstream in{path, std::ios::binary};
+    return {std::istreambuf_iterator<char>{in}, {}};
+}
 
 /// A path in a folder of this process, which goes with it.
 inline std::string scratchPath(const char* name) {
@@ -66,24 +65,11 @@ inline std::string scratchPath(const char* name) {
     return (folder.path() / name).string();
 }
 
-/// A file at a scratch path whose whole content is replaced for each input.
-class ScratchFile {
-  public:
-    explicit ScratchFile(const char* name)
-        : path_{scratchPath(name)}, file{path_, std::ios::binary} {}
-
-    const std::string& path() const { return path_; }
-
-    void fill(std::span<const char> content) {
-        file.seekp(0);
-        file.write(content.data(), static_cast<std::streamsize>(content.size()));
-        file.flush();
-        std::filesystem::resize_file(path_, content.size());
-    }
-
-  private:
-    std::string path_;
-    std::ofstream file;
-};
+/// A file at such a path with this content; answers the path.
+inline std::string scratchFile(const char* name, std::span<const char> content) {
+    const std::string path = scratchPath(name);
+    std::ofstream{path, std::ios::binary}.write(content.data(), std::ssize(content));
+    return path;
+}
 
 } // namespace korlit::fuzz

@@ -1,25 +1,17 @@
+// The services of the platform layer that this machine brings along.
 #include "fuzz/machine.h"
 
-#include "native/ostrelix.h"
 #include "platform/faults.h"
 #include "platform/heap.h"
 #include "platform/library.h"
 #include "platform/message_box.h"
 
-#include <algorithm>
-#include <array>
+#include <dlfcn.h>
+
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
-#include <string_view>
-#include <type_traits>
-
-extern "C" {
-std::remove_pointer_t<korlit::ReadChromHeaderEntry> ReadChromHeader;
-std::remove_pointer_t<korlit::GetSliDataOffSetEntry> GetSliDataOffSet;
-std::remove_pointer_t<korlit::FileReadErrorEntry> FileReadError;
-std::remove_pointer_t<korlit::UpdateRepHeaderEntry> UpdateRepHeader;
-}
+#include <cstring>
 
 namespace korlit {
 
@@ -27,22 +19,7 @@ namespace {
 
 int boxes = 0;
 
-// Each block is one of the C library's, whose bounds a sanitizer watches.
-struct alignas(std::max_align_t) BlockHead {
-    std::int64_t byteCount;
-};
-
-struct LinkedEntry {
-    std::string_view name;
-    void* address;
-};
-
-const std::array<LinkedEntry, 4> linkedEntries{{
-    {.name = "ReadChromHeader", .address = reinterpret_cast<void*>(ReadChromHeader)},
-    {.name = "GetSliDataOffSet", .address = reinterpret_cast<void*>(GetSliDataOffSet)},
-    {.name = "FileReadError", .address = reinterpret_cast<void*>(FileReadError)},
-    {.name = "UpdateRepHeader", .address = reinterpret_cast<void*>(UpdateRepHeader)},
-}};
+constexpr std::size_t headSize = alignof(std::max_align_t);
 
 } // namespace
 
@@ -60,27 +37,28 @@ void MessageBoxA(Window* /*owner*/, const char* /*text*/, const char* /*title*/)
     ++boxes;
 }
 
+// Each block is one of the C library's, whose bounds a sanitizer watches, behind its byte count.
 void* newBytes(std::int64_t byteCount) {
-    constexpr std::int64_t headSize = sizeof(BlockHead);
     if (byteCount < 0 || byteCount > fuzz::largestBlock) {
         return nullptr;
     }
     countHeldBlocks(+1);
-    auto* head =
-        static_cast<BlockHead*>(std::calloc(1, static_cast<std::size_t>(headSize + byteCount)));
-    head->byteCount = byteCount;
-    return head + 1;
+    void* head = std::calloc(1, headSize + static_cast<std::size_t>(byteCount));
+    std::memcpy(head, &byteCount, sizeof byteCount);
+    return static_cast<std::byte*>(head) + headSize;
 }
 
 void deleteBytes(void* block) {
     if (block != nullptr) {
         countHeldBlocks(-1);
-        std::free(static_cast<BlockHead*>(block) - 1);
+        std::free(static_cast<std::byte*>(block) - headSize);
     }
 }
 
 std::int64_t byteCountOf(void* block) {
-    return (static_cast<BlockHead*>(block) - 1)->byteCount;
+    std::int64_t byteCount = 0;
+    std::memcpy(&byteCount, static_cast<std::byte*>(block) - headSize, sizeof byteCount);
+    return byteCount;
 }
 
 LibraryHandle LoadLibraryA(const char* /*name*/) {
@@ -90,8 +68,7 @@ LibraryHandle LoadLibraryA(const char* /*name*/) {
 }
 
 void* GetProcAddress(LibraryHandle /*library*/, const char* name) {
-    const auto* entry = std::ranges::find(linkedEntries, name, &LinkedEntry::name);
-    return entry == linkedEntries.end() ? nullptr : entry->address;
+    return dlsym(RTLD_DEFAULT, name);
 }
 
 void FreeLibrary(LibraryHandle library) {
