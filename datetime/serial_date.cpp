@@ -2,7 +2,6 @@
 
 #include <array>
 #include <cstddef>
-#include <limits>
 
 namespace korlit {
 
@@ -10,7 +9,6 @@ namespace {
 
 /// Calendar dates are counted in 32 bits.
 constexpr double serialLimit = 2147483648.0;
-constexpr std::int32_t lastYear = std::numeric_limits<std::uint16_t>::max();
 
 struct CalendarDate {
     std::int32_t year;
@@ -34,13 +32,17 @@ std::int32_t lengthOfMonth(std::int32_t year, std::int32_t month) {
 
 /// The date of a day from 1 January 1900, which is 1.
 CalendarDate dateOfDay(std::int32_t day) {
-    std::int32_t year = 1900;
-    while (day > lengthOfYear(year) && year <= lastYear) {
+    // The calendar comes back to where it was after so many years and days.
+    constexpr std::int32_t cycleYears = 400;
+    constexpr std::int32_t cycleDays = 146097;
+    std::int32_t year = 1900 + (day - 1) / cycleDays * cycleYears;
+    day = (day - 1) % cycleDays + 1;
+    while (day > lengthOfYear(year)) {
         day -= lengthOfYear(year);
         ++year;
     }
     std::int32_t month = 1;
-    while (year <= lastYear && day > lengthOfMonth(year, month)) {
+    while (day > lengthOfMonth(year, month)) {
         day -= lengthOfMonth(year, month);
         ++month;
     }
@@ -75,10 +77,8 @@ void setTime(StampFields& fields, double dayFraction) {
 void DecodeSerialDate(SerialStamp* stamp) {
     const bool isCountable = stamp->Serial >= 0.0 && stamp->Serial < serialLimit;
     const double serial = isCountable ? stamp->Serial : 0.0;
-    const CalendarDate date = dateOf(serial);
-    const bool isHeld = date.year <= lastYear;
-    setDate(stamp->Fields, isHeld ? date : dayZero);
-    setTime(stamp->Fields, isHeld ? serial - static_cast<std::int32_t>(serial) : 0.0);
+    setDate(stamp->Fields, dateOf(serial));
+    setTime(stamp->Fields, serial - static_cast<std::int32_t>(serial));
 }
 
 std::int32_t IsLeapYear(std::int32_t year) {

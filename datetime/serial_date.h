@@ -16,8 +16,9 @@ struct SerialStamp {
 /// Fills year, month, day, hour, minute and second of `stamp` from its serial date.
 ///
 /// Days 0 and 1 are 30 and 31 December 1899. A time within 0.6 seconds of the next minute is that
-/// minute; nothing is carried into the hours, so the minute may be 60. A serial date that is
-/// negative, no number or beyond the years that a stamp holds gives 30 December 1899, 00:00:00.
+/// minute; nothing is carried into the hours, so the minute may be 60. Of a year
+/// beyond 65535 its low 16 bits are given. A serial date that is negative, no number or beyond 32
+/// bits gives 30 December 1899, 00:00:00.
 void DecodeSerialDate(SerialStamp* stamp);
 
 /// 1 for a leap year of the Gregorian calendar, else 0.

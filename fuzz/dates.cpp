@@ -64,8 +64,8 @@ void checkStamp(const StampFields& fields) {
     checkOffset(text.data());
 }
 
-/// Day 0 is 30 December 1899 at its very start alone; the years end where those of a stamp end.
-/// Beyond the years that the calendar here has, only the form of the date is looked at.
+/// Day 0 is 30 December 1899 at its very start alone. Beyond the years that the calendar here has,
+/// only the form of the date is looked at.
 void checkDate(double serial, const StampFields& fields) {
     using namespace std::chrono;
     constexpr sys_days dayZero = year{1899} / December / 30;
