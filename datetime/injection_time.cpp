@@ -13,7 +13,7 @@ constexpr std::array<const char*, 13> monthNames{"",    "Jan", "Feb", "Mar", "Ap
 
 InjectionTimeText InjectionTime(const StampFields& fields) {
     const char* month = fields.Month < monthNames.size() ? monthNames[fields.Month] : "";
-    const int dialHour = (static_cast<std::int16_t>(fields.Hour) - 1) % 12 + 1;
+    const int dialHour = (fields.Hour - 1) % 12 + 1;
     InjectionTimeText text{};
     formatText(text, "%hd %s %hd  %02hd:%02hd %s", static_cast<short>(fields.Day), month,
                static_cast<short>(fields.Year), static_cast<short>(dialHour),

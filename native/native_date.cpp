@@ -15,8 +15,11 @@ namespace {
 
 constexpr const char* defaultPattern = "dd:mm:yy";
 
-std::uint16_t numberIn(std::string_view text) {
-    return static_cast<std::uint16_t>(readShort(text).value_or(0));
+/// A text that is no number leaves the target as it was.
+void readNumber(std::string_view text, std::uint16_t& target) {
+    if (const auto number = readShort(text)) {
+        target = static_cast<std::uint16_t>(*number);
+    }
 }
 
 /// The three numbers of a date text, without their roles. Answers whether they are there.
@@ -28,8 +31,9 @@ bool readNumbers(std::string_view text, std::array<std::uint16_t, 3>& numbers) {
     if (dot == std::string_view::npos) {
         return false;
     }
-    numbers = {numberIn(text.substr(0, digitCount)), numberIn(rest.substr(0, dot)),
-               numberIn(rest.substr(dot + 1))};
+    readNumber(text.substr(0, digitCount), numbers[0]);
+    readNumber(rest.substr(0, dot), numbers[1]);
+    readNumber(rest.substr(dot + 1), numbers[2]);
     return true;
 }
 
@@ -95,8 +99,8 @@ void ParseNativeDate(StampFields* fields) {
     const std::string_view time = textOf(TheSliHeader.TimeText);
     const std::size_t colon = time.find(':');
     if (colon != std::string_view::npos) {
-        fields->Hour = numberIn(time.substr(0, colon));
-        fields->Minute = numberIn(time.substr(colon + 1));
+        readNumber(time.substr(0, colon), fields->Hour);
+        readNumber(time.substr(colon + 1), fields->Minute);
     }
 }
 

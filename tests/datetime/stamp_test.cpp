@@ -1,8 +1,8 @@
 #include "datetime/stamp.h"
 
-#include "native/native_state.h"
 #include "datetime/injection_time.h"
 #include "native/native_date.h"
+#include "native/native_state.h"
 #include "tests/support/module_test.h"
 
 #include <cstring>
@@ -85,6 +85,7 @@ TEST_F(Dates, ANativeDateFollowsTheSystemsOrder) {
     };
     const StampFields october{2005, 10, 0, 12, 8, 34, 0, 0};
     const StampFields december{2005, 12, 0, 10, 8, 34, 0, 0};
+    const StampFields untouched{0, 0, 0, 0, 5, 6, 0, 0};
     const Case cases[]{{"dd.MM.yyyy", "12.10.2005", "08:34", october},
                        {"M/d/yy", "12.10.2005", "08:34", december},
                        {"M/d/yy", "31.12.2005", "08:34", {2005, 12, 0, 31, 8, 34, 0, 0}},
@@ -95,13 +96,15 @@ TEST_F(Dates, ANativeDateFollowsTheSystemsOrder) {
                        {"M/d/yy", "2005.10.12", "08:34", october},
                        {"", "12.10.2005", "08:34", october},
                        {"y", "12.10.2005", "08:34", {2005, 10, 0, 0, 8, 34, 0, 0}},
-                       {"dd.MM.yyyy", "12/10/2005", "08:34", {}},
+                       {"dd.MM.yyyy", "12/10/2005", "08:34", untouched},
                        {"dd.MM.yyyy", "12/10.2005", "08:34", october},
                        {"dd.MM.yyyy", "12.10.05", "08:34", {5, 10, 0, 12, 8, 34, 0, 0}},
-                       {"dd.MM.yyyy", "12.", "08:34", {}},
-                       {"dd.MM.yyyy", "", "08:34", {}},
+                       {"dd.MM.yyyy", "12.", "08:34", untouched},
+                       {"dd.MM.yyyy", "", "08:34", untouched},
                        {"dd.MM.yyyy", "12.10.20055", "08:345", {20055, 10, 0, 12, 8, 345, 0, 0}},
-                       {"dd.MM.yyyy", "12.10.2005", "0834", {2005, 10, 0, 12, 0, 0, 0, 0}}};
+                       {"dd.MM.yyyy", "12.10.2005", "0834", {2005, 10, 0, 12, 5, 6, 0, 0}},
+                       {"dd.MM.yyyy", "12.10.2005", "x:34", {2005, 10, 0, 12, 5, 34, 0, 0}},
+                       {"dd.MM.yyyy", "12.10.2005", "8:", {2005, 10, 0, 12, 8, 6, 0, 0}}};
     for (const auto& [pattern, date, time, expected] : cases) {
         const std::string profile = std::string{"[intl]\nsShortDate="} + pattern + "\n";
         setenv("KORLIT_PROFILE", folder.write("win.ini", profile).c_str(), 1);
@@ -109,7 +112,7 @@ TEST_F(Dates, ANativeDateFollowsTheSystemsOrder) {
         TheSliHeader = {};
         std::string_view{date}.copy(TheSliHeader.DateText, sizeof TheSliHeader.DateText);
         std::string_view{time}.copy(TheSliHeader.TimeText, sizeof TheSliHeader.TimeText);
-        StampFields fields{};
+        StampFields fields = untouched;
         ParseNativeDate(&fields);
         EXPECT_TRUE(isSame(fields, expected)) << pattern << " " << date << " " << time;
     }
@@ -123,6 +126,7 @@ TEST_F(Dates, TheInjectionTimeIsOnTheTwelveHourDial) {
         {{2005, 12, 0, 12, 12, 30, 0, 0}, "12 Dec 2005  12:30 AM"},
         {{2005, 10, 0, 12, 13, 5, 0, 0}, "12 Oct 2005  01:05 PM"},
         {{2005, 10, 0, 12, 23, 59, 0, 0}, "12 Oct 2005  11:59 PM"},
+        {{2005, 10, 0, 12, 65535, 30, 0, 0}, "12 Oct 2005  03:30 PM"},
         {{2005, 13, 0, 12, 1, 0, 0, 0}, "12  2005  01:00 AM"},
         {{0, 0, 0, 0, 0, 0, 0, 0}, "0  0  00:00 AM"}};
     for (const auto& [fields, text] : cases) {
