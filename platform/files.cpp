@@ -77,13 +77,18 @@ void writeOut(OpenFile& file, const Stretches& stretches) {
     }
 }
 
+/// No bytes are in reach from anywhere.
+bool isInReach(const OpenFile& file, std::int64_t byteCount) {
+    const bool isSomewhere = file.position != nowhere && byteCount > 0;
+    return byteCount == 0 ||
+           (isSomewhere && byteCount <= std::numeric_limits<std::int64_t>::max() - file.position);
+}
+
 /// What is to be moved when `byteCount` bytes are asked for; fileError for nothing at all.
 std::int64_t allowedTransfer(const OpenFile* file, std::int64_t byteCount, FaultPoint point) {
     const FaultKind fault = faultAt(point);
     if (file == nullptr || file->isWritten != (point == FaultPoint::Write) ||
-        file->position == nowhere || byteCount < 0 ||
-        byteCount > std::numeric_limits<std::int64_t>::max() - file->position ||
-        fault == FaultKind::Fail) {
+        !isInReach(*file, byteCount) || fault == FaultKind::Fail) {
         return fileError;
     }
     return fault == FaultKind::CutShort ? byteCount / 2 : byteCount;

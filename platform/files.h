@@ -40,7 +40,7 @@ std::int64_t _hwrite(int handle, const void* source, std::int64_t byteCount);
 
 /// Moves the position and answers it. A failure, such as a place ahead of the file's start, is
 /// answered with fileError and leaves the handle nowhere: nobody tests a seek, so that reads and
-/// writes move nothing until a seek from the start.
+/// writes of any bytes fail until a seek from the start.
 std::int64_t _llseek(int handle, std::int64_t offset, SeekOrigin origin);
 
 } // namespace korlit
