@@ -38,10 +38,10 @@ Element elementAt(const void* elements, std::int32_t index) {
     return element;
 }
 
-/// Copies as strncpy does: exactly the target's length, zeros behind the text's end.
-void deliverText(const char* text, std::int32_t textLength, std::span<char> out) {
-    const auto available = std::min(static_cast<std::size_t>(textLength), out.size());
-    const char* end = std::find(text, text + available, '\0');
+/// Copies as strncpy does: exactly the target's length, zeros behind the text's end. That is its
+/// first zero, which no block lacks, however many elements it is said to have.
+void deliverText(const char* text, std::span<char> out) {
+    const char* end = std::find(text, text + out.size(), '\0');
     std::fill(std::copy(text, end, out.begin()), out.end(), '\0');
 }
 
@@ -129,7 +129,7 @@ int MatchAndiName(const char* key, const char* storedName, AndiType type, std::i
     }
     const std::span<char> buffer{static_cast<char*>(out), static_cast<std::size_t>(outLength)};
     if (type == AndiType::Char) {
-        deliverText(static_cast<const char*>(elements), elementCount, buffer);
+        deliverText(static_cast<const char*>(elements), buffer);
     } else {
         deliverNumbers(type, elements, elementCount, buffer);
     }

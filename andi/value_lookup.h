@@ -18,10 +18,11 @@ constexpr std::int32_t pointerMode = 0;
 /// Searches a loaded file; answers 1 on the first hit, else 0 with `out` as it was.
 ///
 /// `key` is lower-cased in place. With `outLength` above 0, `out` is a char buffer of that length:
-/// a char value fills it whole, padded with zeros and without a terminator where the text takes all
-/// of it; numbers are rendered one behind the other, each with a blank behind it (bytes without),
-/// cut at the buffer's end and terminated; a value of no numbers writes nothing. With pointerMode,
-/// `out` is a void* that receives a variable's Data; only variables are searched.
+/// a char value up to its first zero, which its block has in any case, fills it whole, padded with
+/// zeros and without a terminator where the text takes all of it; numbers are rendered one behind
+/// the other, each with a blank behind it (bytes without), cut at the buffer's end and terminated;
+/// a value of no numbers writes nothing. With pointerMode, `out` is a void* that receives a
+/// variable's Data; only variables are searched.
 ///
 /// `*outVariable` is the variable that was hit by its own name, else null. A variable along the
 /// record dimension is not found by its name.

@@ -22,8 +22,8 @@ struct Entry {
     Place place;
     std::string name;
     AndiType type;
-    std::vector<char> elements;
-    std::int32_t count; ///< of the elements, or the length of the dimension
+    std::vector<char> elements{};
+    std::int32_t count = 0; ///< of the elements, or the length of the dimension
 };
 
 /// The next text up to its first zero byte.
@@ -35,9 +35,7 @@ std::string takeName(Input& input) {
 Entry takeEntry(Input& input) {
     Entry entry{.place = Place{static_cast<std::uint8_t>(input.number<std::uint8_t>() % 5)},
                 .name = takeName(input),
-                .type = AndiType{input.number<std::uint8_t>() % 6 + 1},
-                .elements = {},
-                .count = 0};
+                .type = AndiType{input.number<std::uint8_t>() % 6 + 1}};
     const std::string bytes = input.text();
     entry.count = static_cast<std::int32_t>(std::ssize(bytes) / elementSize(entry.type));
     entry.elements.assign(bytes.begin(), bytes.begin() + entry.count * elementSize(entry.type));
@@ -154,9 +152,10 @@ void lookUpText(AndiFile& file, const Entry* expected, std::string key, std::siz
     require((variable != nullptr) == isOwnName, "a variable is told where its own name was hit");
 }
 
-/// The same for one entry, whose block holds the elements and nothing behind them.
+/// The same for one entry, whose block holds the elements and nothing behind them but a text's end.
 void matchOne(Entry entry, const std::string& key, std::size_t length) {
     entry.place = Place::Variable;
+    entry.elements.resize(entry.elements.size() + (entry.type == AndiType::Char ? 1 : 0));
     requireText(finds(key, entry.name) ? &entry : nullptr, length,
                 [&](char* out, std::int32_t size) {
                     return MatchAndiName(key.c_str(), entry.name.c_str(), entry.type, entry.count,
