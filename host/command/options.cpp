@@ -34,15 +34,15 @@ std::string shown(const std::vector<std::string>& choices) {
 
 /// --from, by which a user says what kind the files are.
 void addKindOption(CLI::App& command, FileKind& kind) {
-    constexpr std::array kinds{FileKind::Andi, FileKind::Merivolta, FileKind::Dunvale};
+    const auto formats = knownFormats();
     std::vector<std::string> names;
-    std::ranges::transform(kinds, std::back_inserter(names), kindName);
-    const auto read = [&kind, kinds, names](const std::string& name) {
-        const auto place = std::ranges::find(names, name);
-        if (place == names.end()) {
+    std::ranges::transform(formats, std::back_inserter(names), &Format::name);
+    const auto read = [&kind, formats, names](const std::string& name) {
+        const auto format = std::ranges::find(formats, name, &Format::name);
+        if (format == formats.end()) {
             throw CLI::ValidationError{"--from", "must be " + alternatives(names)};
         }
-        kind = kinds.at(static_cast<std::size_t>(place - names.begin()));
+        kind = format->kind;
     };
     command
         .add_option_function<std::string>(

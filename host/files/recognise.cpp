@@ -6,20 +6,15 @@
 
 namespace korlit::host {
 
-const char* kindName(FileKind kind) {
-    return formatOf(kind).name;
-}
-
 FileKind recognise(const std::string& file) {
     const FileStart start = startOf(file);
     for (const Format& format : knownFormats()) {
-        const bool isNamed = format.extension != nullptr && hasExtension(file, format.extension);
-        if (isNamed || format.extension == nullptr) {
-            if (format.isIn(start)) {
-                return format.kind;
-            }
+        const bool isForAnyName = format.extension == nullptr;
+        const bool hasItsName = !isForAnyName && hasExtension(file, format.extension);
+        if ((isForAnyName || hasItsName) && format.isIn(start)) {
+            return format.kind;
         }
-        if (isNamed) {
+        if (hasItsName) {
             break;
         }
     }

@@ -7,9 +7,6 @@
 
 namespace korlit::host {
 
-/// The word for a kind in options and output: "unknown", "andi", "merivolta", "dunvale".
-const char* kindName(FileKind kind);
-
 /// The kind of a regular file. A file with the extension of a format is of that one or unknown; a
 /// signature goes before it. Anything else is unknown, and so is what can't be read.
 FileKind recognise(const std::string& file);

@@ -38,11 +38,11 @@ std::string csvField(const std::string& text) {
 
 /// A run's rows start with their channel.
 std::string channelField(const DataSet& set) {
-    return set.kind == FileKind::Dunvale ? std::to_string(std::max(set.channel, 1)) + ',' : "";
+    return formatOf(set.kind).hasChannels ? std::to_string(std::max(set.channel, 1)) + ',' : "";
 }
 
 const char* channelTitle(const std::vector<DataSet>& sets) {
-    return sets.front().kind == FileKind::Dunvale ? "channel," : "";
+    return formatOf(sets.front().kind).hasChannels ? "channel," : "";
 }
 
 Json peakJson(const Peak& peak, std::size_t number) {
@@ -93,7 +93,7 @@ void printJson(const std::vector<DataSet>& sets) {
     const std::string injected = set.text("injection_date_time_stamp");
     const auto stamp = stampIn(injected);
     Json json{{"file", utf8Of(set.source)},
-              {"kind", kindName(set.kind)},
+              {"kind", formatOf(set.kind).name},
               {"sample", utf8Of(set.text("sample_name"))},
               {"operator", utf8Of(set.text("operator_name"))},
               {"injection_date",

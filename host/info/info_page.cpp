@@ -49,9 +49,7 @@ std::string injectionText(const std::string& text) {
 }
 
 std::string kindText(const std::vector<DataSet>& sets) {
-    constexpr std::array<const char*, 4> kinds{"unknown, read as ANDI", "ANDI", "Merivolta pair",
-                                               "Dunvale run"};
-    const std::string kind = kinds[static_cast<std::size_t>(sets.front().kind)];
+    const std::string kind = formatOf(sets.front().kind).title;
     return sets.size() > 1 ? kind + ", " + std::to_string(sets.size()) + " channels" : kind;
 }
 

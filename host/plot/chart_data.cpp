@@ -38,7 +38,7 @@ std::string subtitleOf(const DataSet& set) {
     const std::string date = readableStamp(drawableText(set.text("injection_date_time_stamp")));
     // Of what was converted for this chart the reference is the path as it was typed.
     const std::string reference =
-        set.kind == FileKind::Andi ? set.text("source_file_reference") : "";
+        formatOf(set.kind).isAndi ? set.text("source_file_reference") : "";
     return joined({shown("Injected ", date),
                    shown("Operator ", drawableText(set.text("operator_name"))),
                    shown("Source ", firstOf({lastPart(reference), lastPart(set.source)}))},

@@ -1,5 +1,6 @@
 #include "host/plot/chart_file.h"
 
+#include "host/files/extensions.h"
 #include "host/system/temporary_folder.h"
 
 #include <cairo-pdf.h>
@@ -7,7 +8,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <cmath>
 #include <fstream>
 #include <memory>
@@ -78,11 +78,8 @@ void render(const Chart& chart, ChartFormat format, const fs::path& file) {
 } // namespace
 
 std::optional<ChartFormat> chartFormatOf(const fs::path& file) {
-    std::string ending = file.extension().string();
-    std::ranges::transform(ending, ending.begin(),
-                           [](unsigned char letter) { return std::tolower(letter); });
-    const auto* const found =
-        std::ranges::find(endings, ending, &std::pair<std::string_view, ChartFormat>::first);
+    const auto* const found = std::ranges::find_if(
+        endings, [&](const auto& each) { return hasExtension(file, each.first); });
     return found == endings.end() ? std::nullopt : std::optional{found->second};
 }
 
