@@ -1,12 +1,13 @@
 #include "host/check/check.h"
 
 #include "host/check/conversion_losses.h"
+#include "host/check/phrases.h"
 #include "host/check/template_check.h"
-#include "host/check/words.h"
 #include "host/files/recognise.h"
 #include "host/text/json.h"
 #include "host/text/output.h"
 #include "host/text/utf8.h"
+#include "host/text/words.h"
 
 #include <algorithm>
 #include <iostream>
@@ -63,7 +64,7 @@ std::string summary(const Findings& findings) {
             parts.push_back(counted(number, severityName(severity)));
         }
     }
-    return listed(parts);
+    return joined(parts, ", ");
 }
 
 void printText(const CheckedFile& file, bool isQuiet) {

@@ -1,9 +1,10 @@
 #include "host/check/conversion_losses.h"
 
+#include "host/check/phrases.h"
 #include "host/check/rules.h"
-#include "host/check/words.h"
 #include "host/text/numbers.h"
 #include "host/text/stamps.h"
+#include "host/text/words.h"
 #include "native/pair_rules.h"
 
 #include <algorithm>
@@ -138,7 +139,7 @@ void lookForTheRest(const Subject& subject, const RuleNotes& notes) {
         }
     }
     if (!rest.empty()) {
-        notes.add(Severity::Loss, "a pair has no place for " + listed(rest));
+        notes.add(Severity::Loss, "a pair has no place for " + joined(rest, ", "));
     }
 }
 

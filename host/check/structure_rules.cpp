@@ -1,8 +1,9 @@
 #include "host/check/structure_rules.h"
 
+#include "host/check/phrases.h"
 #include "host/check/template_tables.h"
-#include "host/check/words.h"
 #include "host/text/numbers.h"
+#include "host/text/words.h"
 #include "platform/text.h"
 
 #include <algorithm>
@@ -189,7 +190,7 @@ void lookAtRecordDimension(const Subject& subject, const RuleNotes& notes) {
         const std::string what = std::string{dimension.Name} + " is 0 or the record dimension";
         notes.add(isCount ? error : warning,
                   along.empty() ? what
-                                : what + ", along which no data are found: " + listed(along));
+                                : what + ", along which no data are found: " + joined(along, ", "));
     }
 }
 

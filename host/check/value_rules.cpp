@@ -1,6 +1,6 @@
 #include "host/check/value_rules.h"
 
-#include "host/check/words.h"
+#include "host/check/phrases.h"
 #include "host/text/numbers.h"
 #include "host/text/stamps.h"
 #include "native/pair_rules.h"

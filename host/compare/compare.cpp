@@ -20,7 +20,7 @@ constexpr int cannotCompare = 2;
 using DataSets = std::vector<DataSet>;
 
 /// Nothing, and words about it, where a file can't be read.
-std::optional<DataSets> load(const std::string& file) {
+std::optional<DataSets> setsOf(const std::string& file) {
     try {
         return loadDataSets(file);
     } catch (const std::exception& error) {
@@ -96,8 +96,8 @@ void printJson(const CompareOptions& options, const std::vector<Difference>& dif
 } // namespace
 
 int compareFiles(const CompareOptions& options) {
-    std::optional<DataSets> a = load(options.a);
-    std::optional<DataSets> b = load(options.b);
+    std::optional<DataSets> a = setsOf(options.a);
+    std::optional<DataSets> b = setsOf(options.b);
     if (!a || !b) {
         return cannotCompare;
     }

@@ -11,6 +11,8 @@ namespace korlit::host {
 struct Extremes {
     std::size_t minimum; ///< index of the sample
     std::size_t maximum;
+
+    bool operator==(const Extremes&) const = default;
 };
 /// Whether a sample is one, which an infinite one is.
 bool isNumber(double sample);

@@ -21,7 +21,7 @@ struct Entry {
 constexpr Entry exitStatuses[]{
     {.title = "0", .text = "Done: all converted, read or equal, nothing found."},
     {.title = "1", .text = "Some file failed, departs from the template, or differs."},
-    {.title = "2", .text = "Wrong use, or what can't be compared."},
+    {.title = "2", .text = "Wrong use, or what can't be compared, an unreadable file included."},
     {.title = "130", .text = "Interrupted."},
 };
 constexpr Entry environment[]{

@@ -240,8 +240,9 @@ TEST(Check, FindsValuesThatAreWrong) {
           {"float peak_area(", "float raw_data_retention(point_number) ; float peak_area("}},
          {"error not-uniform: uniform_sampling_flag isn't Y: the file can't be converted to a "
           "pair"}},
-        {{{"1, 2, 8, 3, -1", "1, NaNf, 8, -Infinityf, -1"}},
-         {"error bad-sample: 2 samples of 5 infinite or no number, the first at point 2"}},
+        {{{"1, 2, 8, 3, -1", "1, NaNf, 9, -Infinityf, -1"}},
+         {"warning detector-limit: detector_maximum_value is 8, but the signal goes to 9",
+          "error bad-sample: 2 samples of 5 infinite or no number, the first at point 2"}},
         // The tolerance is a millionth of the span of 9.
         {{{"value = 8", "value = 7.9999"}},
          {"warning detector-limit: detector_maximum_value is 7.9999, but the signal goes to 8"}},

@@ -1,3 +1,4 @@
+#include "host/data/facts.h"
 #include "host/text/json.h"
 #include "tests/support/andi_text.h"
 #include "tests/support/command.h"
@@ -5,7 +6,9 @@
 
 #include <nlohmann/json.hpp>
 
+#include <cmath>
 #include <filesystem>
+#include <limits>
 #include <sstream>
 
 namespace korlit {
@@ -23,6 +26,18 @@ TEST(Json, IsUtf8ThatSteersNoTerminal) {
         EXPECT_EQ(host::jsonLine(text), '"' + std::string{line == nullptr ? text : line} + "\"\n");
         EXPECT_EQ(host::Json::parse(host::jsonLine(text)), text);
     }
+}
+
+TEST(Extremes, AreTheFirstOfTheirValueAmongWhatCounts) {
+    constexpr double infinity = std::numeric_limits<double>::infinity();
+    const std::vector<double> samples{NAN, 2, 1, 9, 1, 9, -infinity, NAN};
+    const host::NumberView signal{AndiType::Double, samples.data(), samples.size()};
+    const auto isFinite = [](double sample) { return std::isfinite(sample); };
+    EXPECT_EQ(host::extremesOf(signal), (host::Extremes{.minimum = 6, .maximum = 3}));
+    EXPECT_EQ(host::extremesOf(signal, isFinite), (host::Extremes{.minimum = 2, .maximum = 3}));
+    EXPECT_EQ(host::extremesOf(signal.part(4, 3), isFinite),
+              (host::Extremes{.minimum = 0, .maximum = 1}));
+    EXPECT_EQ(host::extremesOf(signal.part(7, 1)), std::nullopt);
 }
 
 class InfoTest : public testing::Test {

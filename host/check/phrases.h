@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstddef>
-#include <span>
 #include <string>
 
 namespace korlit::host {
@@ -11,8 +10,5 @@ namespace korlit::host {
 std::string counted(std::size_t count, const char* thing);
 
 std::string inQuotes(const std::string& text);
-
-/// With a comma between each two.
-std::string listed(std::span<const std::string> names);
 
 } // namespace korlit::host

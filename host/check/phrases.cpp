@@ -1,4 +1,4 @@
-#include "host/check/words.h"
+#include "host/check/phrases.h"
 
 namespace korlit::host {
 
@@ -8,14 +8,6 @@ std::string counted(std::size_t count, const char* thing) {
 
 std::string inQuotes(const std::string& text) {
     return '"' + text + '"';
-}
-
-std::string listed(std::span<const std::string> names) {
-    std::string list;
-    for (const std::string& name : names) {
-        list += (list.empty() ? "" : ", ") + name;
-    }
-    return list;
 }
 
 } // namespace korlit::host
