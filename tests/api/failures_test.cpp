@@ -105,19 +105,6 @@ TEST_F(FailuresTest, ARunCutAnywhereIsConvertedAsFarAsItGoes) {
     expectNothingLeft();
 }
 
-/// The names that were looked up since this was last cleared.
-std::string lookedUp;
-
-TEST_F(FailuresTest, EntryPointsAreLookedUpUnderTheirDecoratedNamesFirst) {
-    folder.write("run.sli", newSlice);
-    folder.write("run.rpt", "\x11" + newReport.substr(1));
-    lookedUp.clear();
-    EXPECT_EQ(callAsHost(Merivolta2Andi, slice).result, 1);
-    EXPECT_EQ(lookedUp, "_ReadChromHeader@12 ReadChromHeader _GetSliDataOffSet@8 GetSliDataOffSet "
-                        "_UpdateRepHeader@12 UpdateRepHeader ");
-    expectNothingLeft();
-}
-
 TEST(Guard, AFaultEndsTheCallWithZero) {
     EXPECT_EQ(guarded([]() -> std::int32_t { throw 1; }), 0);
     EXPECT_EQ(guarded([] { return 1; }), 1);
@@ -125,13 +112,3 @@ TEST(Guard, AFaultEndsTheCallWithZero) {
 
 } // namespace
 } // namespace korlit
-
-// The linker puts this in front of dlsym (--wrap): names with an @ can't be given to an entry point
-// of a shared library here, so the lookup itself is watched.
-// NOLINTBEGIN(bugprone-reserved-identifier)
-extern "C" void* __real_dlsym(void* library, const char* name);
-extern "C" void* __wrap_dlsym(void* library, const char* name) {
-    korlit::lookedUp += std::string{name} + " ";
-    return __real_dlsym(library, name);
-}
-// NOLINTEND(bugprone-reserved-identifier)

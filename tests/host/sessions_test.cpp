@@ -64,9 +64,10 @@ class Sessions : public testing::TestWithParam<const char*> {
     }
 
     const std::string environment =
-        "PATH=$(dirname " BUILT_COMMAND "):$PATH TZ=UTC DATA=" LISTINGS " SAMPLES=" SAMPLES
-        " TEST_DATA=" TEST_DATA " FOREIGN=" FOREIGN_ANDI_FILE " SHARED=" SHARED_FILES
-        " LSAN_OPTIONS=suppressions=" FOREIGN_LEAKS ":print_suppressions=0 ";
+        "PATH=$(dirname " BUILT_COMMAND "):$PATH LIBRARY=" BUILT_LIBRARY " TZ=UTC DATA=" LISTINGS
+        " SAMPLES=" SAMPLES " TEST_DATA=" TEST_DATA " FOREIGN=" FOREIGN_ANDI_FILE
+        " SHARED=" SHARED_FILES " LSAN_OPTIONS=suppressions=" FOREIGN_LEAKS
+        ":print_suppressions=0 ";
     std::unique_ptr<TempFolder> folder;
     Case file;
     std::string fileName;

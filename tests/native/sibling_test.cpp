@@ -1,88 +1,110 @@
-// Sibling libraries of every kind, put in front of the real one by the loader's own search path.
+// A sibling library that leaves something out or does it wrong, in the place of the real one.
+#include "tests/support/host_call.h"
 #include "tests/support/image.h"
-#include "tests/support/temp_folder.h"
-
-#include <gtest/gtest.h>
+#include "tests/support/module_test.h"
 
 namespace korlit {
 namespace {
 
 using namespace test;
 
-class SiblingTest : public testing::Test {
+bool isStubLoaded = false;
+std::string missingEntry; ///< which the sibling library doesn't have
+std::string lookedUp;     ///< the names since this was last cleared
+
+class SiblingTest : public ModuleTest {
   protected:
-    /// Calls Merivolta2Andi of a library in a process of its own that looks for siblings in `path`
-    /// first; answers what call_export prints, with what the process wrote to standard error ahead.
-    std::string call(const std::string& library, const std::string& path) {
-        const std::string command = "LD_LIBRARY_PATH=" + path + " " CALL_EXPORT " " + library +
-                                    " Merivolta2Andi " + slice + " >" + folder.path("out") +
-                                    " 2>&1";
-        EXPECT_EQ(std::system(command.c_str()), 0);
-        return readFile(folder.path("out"));
+    ~SiblingTest() override {
+        unsetenv("STUB_SIBLING");
+        isStubLoaded = false;
+        missingEntry = "";
     }
 
-    std::string outcome(int result, const std::string& extension,
-                        const std::string& message) const {
-        return std::to_string(result) + " path '" + folder.path("run." + extension) +
-               "' message '" + message + "'";
+    /// Prepares a pair, with a report of an older revision if that is asked for.
+    void writePair(bool isOlder) const {
+        std::string bytes = readImage(LISTINGS "two_peaks.rpt.txt");
+        bytes[0] = isOlder ? '\x11' : bytes[0];
+        folder.write("run.rpt", bytes);
+        folder.write("run.sli", readImage(LISTINGS "two_peaks.sli.txt"));
+        std::filesystem::remove(folder.path("run.cdf"));
     }
 
-    TempFolder folder;
-    std::string slice = folder.write("run.sli", readImage(LISTINGS "two_peaks.sli.txt"));
-    std::string report = folder.write("run.rpt", readImage(LISTINGS "two_peaks.rpt.txt"));
+    std::string slice = folder.path("run.sli");
+    std::string report = folder.path("run.rpt");
+    std::string andi = folder.path("run.cdf");
 };
 
 TEST_F(SiblingTest, EachWayToFailIsTold) {
-    const std::string noLoad = outcome(0, "sli", "Fatal Error\n\n: Cannot load \"Ostrelix.dll\"");
-    const auto noEntry = [&](const std::string& name, const std::string& extension) {
-        return outcome(0, extension,
-                       "Fatal Error:\n--------------\n\nCannot locate \"" + name +
-                           "\" Function in Ostrelix.dll !!!");
+    const std::string written = "Merivolta File converted to " + andi + ".";
+    const std::string notUpdated = "Unable to update Report Header in File " + report;
+    const std::string cut = "Error reading Merivolta file " + report;
+    const auto noEntry = [](const std::string& name) {
+        return "Fatal Error:\n--------------\n\nCannot locate \"" + name +
+               "\" Function in Ostrelix.dll !!!";
     };
-    const std::string asBefore = "as the host left it";
-    const std::string written = "Merivolta File converted to " + folder.path("run.cdf") + ".";
-    const std::pair<std::string, std::string> cases[]{
-        {"whole", outcome(1, "cdf", written)},
-        {"no_update_rep_header", outcome(1, "cdf", written)}, // which a current report doesn't need
-        {"no_read_chrom_header", noEntry("ReadChromHeader", "sli")},
-        {"no_get_sli_data_offset", noEntry("GetSliDataOffSet", "rpt")},
-        {"refuses", outcome(0, "sli", "Fatal Error:\n\nCannot Get SliDataOffSet from Version !!!")},
-        {"refuses_and_tells", "refused " + slice + "\n" + outcome(0, "sli", asBefore)},
-        {"throws_at_once", outcome(0, "sli", asBefore)}};
-    for (const auto& [stub, expected] : cases) {
-        EXPECT_EQ(call(BUILT_LIBRARY, STUBS + stub), expected) << stub;
+    struct {
+        const char* told;
+        const char* missing;
+        bool isOlder; ///< an older report needs its update
+        std::string path, message;
+    } const cases[]{
+        {"", "", false, andi, written},
+        {"", "", true, andi, written},
+        {"", "UpdateRepHeader", false, andi, written},
+        {"", "UpdateRepHeader", true, report, notUpdated},
+        {"throws on update", "", true, report, notUpdated},
+        {"", "ReadChromHeader", false, slice, noEntry("ReadChromHeader")},
+        {"", "GetSliDataOffSet", false, report, noEntry("GetSliDataOffSet")},
+        {"refuses", "FileReadError", false, slice,
+         "Fatal Error:\n\nCannot Get SliDataOffSet from Version !!!"},
+        {"refuses", "", false, slice, untouchedMessage},
+        {"throws", "", false, slice, untouchedMessage},
+        {"removes sli", "", false, slice, "Error opening Merivolta Raw Data file " + slice},
+        {"removes rpt", "", false, report, "Error opening Merivolta Report file " + report},
+        {"shrinks sli", "", false, report, cut},
+        {"shrinks rpt", "", false, report, cut}};
+    isStubLoaded = true;
+    for (const auto& [told, missing, isOlder, path, message] : cases) {
+        SCOPED_TRACE(std::string{told} + ", without " + missing);
+        writePair(isOlder);
+        setenv("STUB_SIBLING", told, 1);
+        missingEntry = missing;
+        const std::string box = boxOf([&, &path = path, &message = message] {
+            EXPECT_EQ(callAsHost(Merivolta2Andi, slice),
+                      (Answer{path == andi ? 1 : 0, path, message, true}));
+        });
+        const bool isRefused = path == slice && message == untouchedMessage;
+        EXPECT_EQ(box,
+                  isRefused && told == std::string{"refuses"} ? "refused " + slice + "\n" : "");
+        EXPECT_EQ(std::filesystem::exists(andi), path == andi);
+        EXPECT_EQ(heldFileCount() + heldLibraryCount(), 0);
+        callAsHost(Andi2Merivolta, folder.path("missing"));
+        expectNothingHeld();
     }
-    // An older report needs its update.
-    std::string older = readFile(report);
-    older[0] = '\x11';
-    folder.write("run.rpt", older);
-    const std::string notUpdated =
-        outcome(0, "rpt", "Unable to update Report Header in File " + report);
-    EXPECT_EQ(call(BUILT_LIBRARY, STUBS "no_update_rep_header"), notUpdated);
-    EXPECT_EQ(call(BUILT_LIBRARY, STUBS "throws_on_update"), notUpdated);
-    EXPECT_EQ(call(BUILT_LIBRARY, STUBS "whole"), outcome(1, "cdf", written));
-
-    folder.write("libostrelix.so", "no library at all");
-    EXPECT_EQ(call(BUILT_LIBRARY, folder.path("")), noLoad);
-    std::filesystem::remove(folder.path("libostrelix.so"));
-    const std::string alone = folder.write("libkorlit.so", readFile(BUILT_LIBRARY));
-    EXPECT_EQ(call(alone, ""), noLoad);
 }
 
-TEST_F(SiblingTest, AFileThatGoesOrShrinksMeanwhileIsTold) {
-    const std::string cut = "Error reading Merivolta file " + report;
-    const std::pair<std::string, std::string> cases[]{
-        {"slice_vanishes", outcome(0, "sli", "Error opening Merivolta Raw Data file " + slice)},
-        {"report_vanishes", outcome(0, "rpt", "Error opening Merivolta Report file " + report)},
-        {"slice_shrinks", outcome(0, "rpt", cut)},
-        {"report_shrinks", outcome(0, "rpt", cut)}};
-    for (const auto& [stub, expected] : cases) {
-        folder.write("run.sli", readImage(LISTINGS "two_peaks.sli.txt"));
-        folder.write("run.rpt", readImage(LISTINGS "two_peaks.rpt.txt"));
-        EXPECT_EQ(call(BUILT_LIBRARY, STUBS + stub), expected) << stub;
-        EXPECT_FALSE(std::filesystem::exists(folder.path("run.cdf"))) << stub;
-    }
+TEST_F(SiblingTest, EntryPointsAreLookedUpUnderTheirDecoratedNamesFirst) {
+    writePair(true);
+    lookedUp.clear();
+    EXPECT_EQ(callAsHost(Merivolta2Andi, slice).result, 1);
+    EXPECT_EQ(lookedUp, "_ReadChromHeader@12 ReadChromHeader _GetSliDataOffSet@8 GetSliDataOffSet "
+                        "_UpdateRepHeader@12 UpdateRepHeader ");
+    callAsHost(Andi2Merivolta, folder.path("missing"));
 }
 
 } // namespace
 } // namespace korlit
+
+// The linker puts these in front of dlopen and dlsym (--wrap): names with an @ can't be given to an
+// entry point of a shared library here, so the lookup itself is watched.
+// NOLINTBEGIN(bugprone-reserved-identifier)
+extern "C" void* __real_dlopen(const char* name, int flags);
+extern "C" void* __wrap_dlopen(const char* name, int flags) {
+    return __real_dlopen(korlit::isStubLoaded ? STUB_SIBLING : name, flags);
+}
+extern "C" void* __real_dlsym(void* library, const char* name);
+extern "C" void* __wrap_dlsym(void* library, const char* name) {
+    korlit::lookedUp += std::string{name} + " ";
+    return name == korlit::missingEntry ? nullptr : __real_dlsym(library, name);
+}
+// NOLINTEND(bugprone-reserved-identifier)
