@@ -204,10 +204,10 @@ class ConditionsTest : public testing::Test {
         return wrong;
     }
 
-    /// Converts each kind anew; "" if all is right.
+    /// Converts each kind over old files that are longer than the new; "" if all is right.
     std::string problems() const {
         for (const auto& [name, bytes] : outputs) {
-            fs::remove(name);
+            folder.write(name, std::string(bytes.size() + 5000, 'x'));
         }
         const std::string wrong = wrongAnswers();
         return wrong + wrongOutputs();
