@@ -59,6 +59,33 @@ TEST_F(AndiWriterTest, EveryTypeIsPaddedAndReversed) {
     EXPECT_EQ(written(), layOut(header));
 }
 
+TEST_F(AndiWriterTest, NumbersOfEightBytesAreWholeInEachPart) {
+    constexpr std::int32_t count = 100'000;
+    AddAndiDimension(&file, "d", count);
+    auto* numbers = static_cast<double*>(AddAndiVector(&file, "v", AndiType::Double, 0)->Data);
+    std::string expected;
+    for (std::int32_t i = 0; i < count; ++i) {
+        numbers[i] = i / 7.0;
+        expected += big(numbers[i]);
+    }
+    EXPECT_TRUE(written().ends_with(expected));
+}
+
+TEST_F(AndiWriterTest, PlacesEndAt31Bits) {
+    char message[400]{};
+    for (const bool isBeyond : {false, true}) {
+        // The last data stand 4 bytes ahead of 2 GB, or there: behind 184 bytes, three times the
+        // length below and 60 or 64 more for a long name.
+        AddAndiDimension(&file, "d", 715'827'800);
+        for (const std::size_t nameLength : {1, 1, isBeyond ? 65 : 64}) {
+            AddAndiVector(&file, std::string(nameLength, 'n').c_str(), AndiType::Byte, 0);
+        }
+        AddAndiScalar(&file, "e", AndiType::Byte, "1");
+        EXPECT_EQ(WriteAndiFile("/dev/null", &file, message), isBeyond ? 0 : 1);
+        FreeAndiFile(&file);
+    }
+}
+
 TEST_F(AndiWriterTest, NoNameCountsAsEmpty) {
     char message[400]{};
     AddAndiDimension(&file, "a name to lose", 1);

@@ -29,6 +29,8 @@
 namespace {
 
 bool areCallsInterrupted = false;
+int transferCount = 0;
+int flagsOfAll = ~0; ///< those that no file was opened without
 
 /// While that holds, every second call of the system is interrupted and the others move little.
 /// Answers how much a call may move.
@@ -48,6 +50,7 @@ bool isInterrupted() {
 
 template <typename Bytes>
 ssize_t transfer(long number, int file, Bytes bytes, std::size_t byteCount, off_t offset) {
+    ++transferCount;
     const std::size_t part = granted(byteCount);
     return part == 0 && byteCount > 0 ? -1 : syscall(number, file, bytes, part, offset);
 }
@@ -64,6 +67,7 @@ ssize_t pwrite(int file, const void* source, size_t byteCount, off_t offset) {
     return transfer(SYS_pwrite64, file, source, byteCount, offset);
 }
 int open(const char* path, int flags, ...) {
+    flagsOfAll &= flags;
     const auto file = [&] { return syscall(SYS_openat, AT_FDCWD, path, flags, 0666); };
     return isInterrupted() ? -1 : static_cast<int>(file());
 }
@@ -373,6 +377,8 @@ TEST_F(ConditionsTest, AHostileFileTakesLittleMemoryAndTime) {
          "0 scattered.sli" + noSignal},
         {"attributes.cdf", start + absent + listOf(12, 80'000, attribute) + absent,
          "0 attributes.sli" + noSignal},
+        {"announced.cdf", start + big(10) + big(30'000'000),
+         "0 announced.cdf: Error reading Andi File announced.cdf"},
         {"dimensions.cdf", start + listOf(10, 130'000, dimension) + absent + absent,
          "0 dimensions.sli" + noSignal},
         {"large.cdf", large + layOut("5f 7f 6f"), "1 large.sli: Wrote Merivolta file large.sli"},
@@ -412,6 +418,32 @@ TEST_F(ConditionsTest, CallsMayComeFromOneThreadAfterTheOther) {
         std::thread{[&] { wrong = problems(); }}.join();
         EXPECT_EQ(wrong, "");
     }
+}
+
+TEST_F(ConditionsTest, FewCallsMoveAWholeFileAndNoChildInheritsIt) {
+    // Header and data far behind it by turns, through two windows.
+    for (const auto& [source, most] : std::map<Source, int>{{andi, 3}, {aPair, 4}, {aRun, 33}}) {
+        transferCount = 0;
+        flagsOfAll = ~0;
+        EXPECT_EQ(call(source), answers.at(source));
+        EXPECT_LE(transferCount, most) << source.second;
+        EXPECT_NE(flagsOfAll & O_CLOEXEC, 0);
+    }
+}
+
+TEST_F(ConditionsTest, AMessageBoxOnABrokenPipeIsNoSignal) {
+    folder.write("huge.cdf", AndiText{.dimensions = "10 -1"}.bytes());
+    const auto convert = [&] {
+        std::signal(SIGPIPE, SIG_DFL);
+        const int errors = dup(STDERR_FILENO);
+        std::array<int, 2> ends{};
+        const bool isBroken = pipe(ends.data()) == 0 && close(ends[0]) == 0 &&
+                              dup2(ends[1], STDERR_FILENO) == STDERR_FILENO;
+        const std::string answer = call("Andi2Merivolta", "huge.cdf");
+        dup2(errors, STDERR_FILENO);
+        return answer + (isBroken ? "" : " WAS NOT BROKEN");
+    };
+    EXPECT_EQ(inChild(convert).text, "0 huge.cdf: " + untouchedMessage);
 }
 
 TEST_F(ConditionsTest, SignalsOnlyInterrupt) {

@@ -128,7 +128,11 @@ TEST_F(Files, WritesThroughAndPastTheWindows) {
         {{0, 100}, {150, 100}, {100, 100}},
         {{150, 100}, {0, 100}, {100, 100}},
         {{70000, 10}, {66000, 65536}},
-        {{0, 10}, {70000, 10}, {66000, 65536}, {65999, 4}}};
+        {{0, 10}, {70000, 10}, {66000, 65536}, {65999, 4}},
+        // over the first byte alone of what the other window holds, and over the last
+        {{70000, 10}, {0, 10}, {70005, 1}, {69000, 1001}},
+        {{0, 65000}, {200000, 10}, {10, 1}, {64999, 1000}},
+        {{200000, 10}, {0, 65000}, {64999, 1000}}};
     for (const Writes& writes : files) {
         const std::string path = folder.path("x");
         const int file = _lcreat(path.c_str());

@@ -69,3 +69,8 @@ interrupt() {
 longOptions() {
     echo $(grep -o -e '--[a-z][a-z-]*' | LC_ALL=C sort -u)
 }
+
+# Runs the command on a system that odd_system.c describes.
+oddly() {
+    ASAN_OPTIONS=verify_asan_link_order=0 LD_PRELOAD=$ODD_SYSTEM korlit "$@"
+}
