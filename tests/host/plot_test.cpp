@@ -1,4 +1,5 @@
-// The charts' geometry and texts on their own headers.
+// The charts' geometry and texts, and the extremes of a signal, on their own headers.
+#include "host/data/facts.h"
 #include "host/plot/chart_layout.h"
 #include "host/plot/chart_text.h"
 
@@ -20,6 +21,16 @@ std::string textsOf(const Ticks& ticks) {
         all += (i == 0 ? "" : " ") + ticks.text(i);
     }
     return ticks.namedExponent == 0 ? all : all + " e" + std::to_string(ticks.namedExponent);
+}
+
+TEST(Extremes, AreTheFirstOfTheirValueAmongWhatCounts) {
+    const std::vector<double> samples{NAN, 2, 1, 9, 1, 9, -infinite, NAN};
+    const NumberView signal{AndiType::Double, samples.data(), samples.size()};
+    const auto isFinite = [](double sample) { return std::isfinite(sample); };
+    EXPECT_EQ(extremesOf(signal), (Extremes{.minimum = 6, .maximum = 3}));
+    EXPECT_EQ(extremesOf(signal, isFinite), (Extremes{.minimum = 2, .maximum = 3}));
+    EXPECT_EQ(extremesOf(signal.part(4, 3), isFinite), (Extremes{.minimum = 0, .maximum = 1}));
+    EXPECT_EQ(extremesOf(signal.part(7, 1)), std::nullopt);
 }
 
 TEST(PlotTicks, AreRoundAndWithinTheRange) {

@@ -70,7 +70,7 @@ class Sessions : public testing::TestWithParam<const char*> {
 
     const std::string environment =
         "PATH=$(dirname " BUILT_COMMAND "):$PATH LIBRARY=" BUILT_LIBRARY " ODD_SYSTEM=" ODD_SYSTEM
-        " TZ=UTC DATA=" LISTINGS " SAMPLES=" SAMPLES " TEST_DATA=" TEST_DATA
+        " LC_ALL=C.UTF-8 TZ=UTC DATA=" LISTINGS " SAMPLES=" SAMPLES " TEST_DATA=" TEST_DATA
         " FOREIGN=" FOREIGN_ANDI_FILE " SHARED=" SHARED_FILES
         " LSAN_OPTIONS=suppressions=" FOREIGN_LEAKS ":print_suppressions=0 ";
     std::unique_ptr<TempFolder> folder;

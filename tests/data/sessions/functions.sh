@@ -74,3 +74,13 @@ longOptions() {
 oddly() {
     ASAN_OPTIONS=verify_asan_link_order=0 LD_PRELOAD=$ODD_SYSTEM korlit "$@"
 }
+
+# What completion in bash offers for the last of the words, and how it asks for files.
+offered() {
+    bash -c '. "$SHARED"/korlit.bash
+        compopt() { printf "%s" "[$2]"; }
+        COMP_WORDS=(korlit "$@")
+        COMP_CWORD=$((${#COMP_WORDS[@]} - 1))
+        _korlit
+        echo "${COMPREPLY[@]}"' offered "$@"
+}
