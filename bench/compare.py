@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""Times the library against other programs that do the same work, and prints the ratios.
+"""Times the library against other programs that do the same work, and the command on long signals,
+and prints tables: what was aimed at and what came of it, and all figures.
 
 usage: compare.py PROGRAMS FILES [--rounds N] [--only TEXT]
 
@@ -15,11 +16,11 @@ import shutil
 import statistics
 import subprocess
 import sys
-import time
 from dataclasses import dataclass, field
 from pathlib import Path
 
 import files
+from process import run
 
 SAMPLES = Path(__file__).resolve().parent.parent / "samples"
 INPUTS = {"to-pair": [".cdf"], "to-andi": [".sli", ".rpt"], "run-to-andi": [".run"]}
@@ -27,6 +28,14 @@ OUTPUTS = {"to-pair": [".sli", ".rpt"], "to-andi": [".cdf"],
            "run-to-andi": [f"{channel}.cdf" for channel in range(1, 10)]}
 unique = itertools.count()
 PROGRAMS = ["korlit", "netcdf", "floor"]
+
+
+@dataclass
+class Aims:
+    """What processor time may come to in relation to the programs', and memory to the signal's."""
+    netcdf: float = None
+    floor: float = None
+    memory: float = None
 
 
 @dataclass
@@ -39,6 +48,7 @@ class Work:
     channels: int = 1
     sample: str = ""
     peers: tuple = ("netcdf", "floor")
+    aims: Aims = None
     numbers: list = field(default_factory=list)  # the rest of the programs' command line
 
     def stem(self, folder):
@@ -46,31 +56,24 @@ class Work:
 
 
 def works():
-    yield Work("small", "to-pair", 2000, sample="hplc_run")
-    yield Work("small", "to-andi", 2000, sample="gc_run")
+    small, large = Aims(netcdf=0.65, floor=1.25), Aims(netcdf=0.65, floor=1.50, memory=2.05)
+    yield Work("small", "to-pair", 2000, sample="hplc_run", aims=small)
+    yield Work("small", "to-andi", 2000, sample="gc_run", aims=small)
     yield Work("small", "run-to-andi", 2000, channels=3, sample="dad_run", peers=("floor",))
     for direction in ("to-pair", "to-andi"):
         yield Work("570 peaks", direction, 1000, points=5000, peaks=570)
-        yield Work("large", direction, 1, points=50 * files.MILLION, peaks=10)
+        yield Work("large", direction, 1, points=50 * files.MILLION, peaks=10, aims=large)
     yield Work("nine channels", "run-to-andi", 4, points=files.MILLION, peaks=10, channels=9,
-               peers=("floor",))
+               peers=("floor",), aims=Aims(floor=1.25))
     for direction in ("to-pair", "to-andi"):
         for points in (1, 2, 4, 8, 16):
             yield Work(f"{points} million", direction, 4, points=points * files.MILLION, peaks=10,
                        peers=())
 
 
-def run(program, work, folder, conversions):
-    """Processor time and wall time in seconds and peak memory in bytes of one process."""
-    command = [program, work.direction, work.stem(folder), str(conversions),
-               *(str(number) for number in work.numbers)]
-    begin = time.monotonic()
-    process = subprocess.Popen(command)
-    _, status, usage = os.wait4(process.pid, 0)
-    process.returncode = os.waitstatus_to_exitcode(status)
-    if process.returncode != 0:
-        sys.exit(f"{' '.join(command)} failed")
-    return (usage.ru_utime + usage.ru_stime, time.monotonic() - begin, usage.ru_maxrss * 1024)
+def convert(program, work, folder, conversions):
+    return run([program, work.direction, work.stem(folder), str(conversions),
+                *(str(number) for number in work.numbers)])
 
 
 def outputs(work, folder):
@@ -184,12 +187,12 @@ class Figures:
 def measure(work, folder, programs, rounds):
     """The figures of each program, which take turns; times are those of one conversion."""
     names = ["korlit", *work.peers]
-    start_up = {name: statistics.median(run(programs[name], work, folder, 0)[0] for _ in range(5))
+    start_up = {name: statistics.median(convert(programs[name], work, folder, 0)[0] for _ in range(5))
                for name in names}
     figures = {name: Figures() for name in names}
     for turn in range(rounds):
         for name in names[turn % len(names):] + names[:turn % len(names)]:
-            processor, wall, memory = run(programs[name], work, folder, work.conversions)
+            processor, wall, memory = convert(programs[name], work, folder, work.conversions)
             figures[name].processor.append((processor - start_up[name]) / work.conversions)
             figures[name].wall.append(wall / work.conversions)
             figures[name].memory.append(memory)
@@ -202,14 +205,67 @@ def spread(values, factor, form):
             f"({min(values) * factor:{form}} to {max(values) * factor:{form}})")
 
 
-def print_comparison(work, figures):
+def rows_of(work, figures):
     own = statistics.median(figures["korlit"].processor)
     for name, each in figures.items():
         ratio = own / statistics.median(each.processor)
         memory = statistics.median(each.memory) / files.MILLION
-        print(f"| {work.name}, {work.direction} | {name} | {spread(each.processor, 1000, '.3f')} "
-              f"| {spread(each.wall, 1000, '.3f')} | {memory:.1f} | "
-              f"{'' if name == 'korlit' else f'{ratio:.2f}'} |", flush=True)
+        yield (f"| {work.name}, {work.direction} | {name} | {spread(each.processor, 1000, '.3f')} "
+               f"| {spread(each.wall, 1000, '.3f')} | {memory:.1f} | "
+               f"{'' if name == 'korlit' else f'{ratio:.2f}'} |")
+
+
+def aim_and_result(aim, result):
+    """Two cells; an aim that is reached has its result in bold."""
+    if aim is None or result is None:
+        return " | "
+    return f"{aim:.2f} | {f'**{result:.2f}**' if result <= aim else f'{result:.2f}'}"
+
+
+def row_of_aims(work, figures):
+    own = statistics.median(figures["korlit"].processor)
+    ratios = {name: own / statistics.median(figures[name].processor) for name in work.peers}
+    memory = statistics.median(figures["korlit"].memory) / (4 * max(work.points, 1))
+    cells = (aim_and_result(work.aims.netcdf, ratios.get("netcdf")),
+             aim_and_result(work.aims.floor, ratios.get("floor")),
+             aim_and_result(work.aims.memory, memory))
+    return f"| {work.name}, {work.direction} | {' | '.join(cells)} |"
+
+
+COMMANDS = (("to-pair", ".cdf", ["convert", "--force", "--output-dir", "{folder}/converted"]),
+            ("to-andi", ".sli", ["convert", "--force", "--output-dir", "{folder}/converted"]),
+            ("to-pair", ".cdf", ["info"]), ("to-andi", ".sli", ["info"]), ("to-pair", ".cdf", ["check"]),
+            ("to-pair", ".cdf", ["plot", "-o", "{folder}/chart.svg"]))
+
+
+def rows_of_command(command, folder, rounds):
+    """What the command takes on the large work's inputs, which are there."""
+    for direction, extension, words in COMMANDS:
+        file = f"{folder}/large-{direction}-0{extension}"
+        line = [command, *(word.format(folder=folder) for word in words), file]
+        times, walls, memory = zip(*(run(line) for _ in range(rounds)))
+        yield (f"| `{words[0]}`, {extension} | {spread(times, 1, '.2f')} | {spread(walls, 1, '.2f')} "
+               f"| {statistics.median(memory) / files.MILLION:.1f} |")
+    shutil.rmtree(folder / "converted", ignore_errors=True)
+
+
+def print_table(title, head, rows):
+    print(f"{title}\n\n{head}\n|{'---|' * (head.count('|') - 1)}")
+    for row in rows:
+        print(row, flush=True)
+    print()
+
+
+def measured_work(work, options, programs):
+    print(f"Measuring {work.name}, {work.direction}", file=sys.stderr)
+    work.peers = tuple(name for name in work.peers if name in programs)
+    prepare(work, options.files, programs)
+    return measure(work, options.files, programs, options.rounds)
+
+
+def file_system(folder):
+    name = subprocess.run(["stat", "-f", "-c", "%T", folder], capture_output=True, text=True, check=True)
+    return name.stdout.strip()
 
 
 def main():
@@ -223,13 +279,18 @@ def main():
     programs = {name: str(path) for name, path in programs.items() if path.exists()}
     options.files.mkdir(parents=True, exist_ok=True)
     atexit.register(shutil.rmtree, options.files / "aside", ignore_errors=True)
-    print("| Work | Program | Processor time, ms | Wall time, ms | Memory, MB | korlit / program |")
-    print("|---|---|---|---|---|---|")
-    for work in works():
-        if options.only in f"{work.name}, {work.direction}":
-            work.peers = tuple(name for name in work.peers if name in programs)
-            prepare(work, options.files, programs)
-            print_comparison(work, measure(work, options.files, programs, options.rounds))
+    measured = [(work, measured_work(work, options, programs))
+                for work in works() if options.only in f"{work.name}, {work.direction}"]
+    print(f"Medians of {options.rounds} rounds; files in {file_system(options.files)}.\n")
+    print_table("What was aimed at, and what came of it:",
+                "| Work | netcdf, aim | is | floor, aim | is | memory / signal, aim | is |",
+                (row_of_aims(*each) for each in measured if each[0].aims))
+    print_table("All figures:", "| Work | Program | Processor time, ms | Wall time, ms | Memory, MB "
+                "| korlit / program |", (row for each in measured for row in rows_of(*each)))
+    if not options.only:
+        print_table("The command on the large files:",
+                    "| Command | Processor time, s | Wall time, s | Memory, MB |",
+                    rows_of_command(options.programs / "korlit", options.files, options.rounds))
 
 
 if __name__ == "__main__":

@@ -6,21 +6,21 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstddef>
+#include <span>
 #include <vector>
 
 namespace korlit::host {
 
 namespace {
 
-class Descriptor {
-  public:
-    Descriptor(const std::filesystem::path& file, int flags)
-        : number{openUninterrupted(file.c_str(), flags | O_CLOEXEC)} {}
+struct Descriptor {
+    explicit Descriptor(int opened) : number{opened} {}
     Descriptor(const Descriptor&) = delete;
     Descriptor& operator=(const Descriptor&) = delete;
     ~Descriptor() {
         if (number >= 0) {
-            close(number);
+            closeDescriptor(number);
         }
     }
 
@@ -31,42 +31,30 @@ std::error_code lastError() {
     return {errno, std::generic_category()};
 }
 
-/// Fills `part` from a place on, at the end of the file with less.
-bool readPart(const Descriptor& source, std::int64_t place, std::vector<char>& part) {
-    errno = 0;
-    const std::int64_t length = transferAll(std::ssize(part), [&](std::int64_t done) {
-        return pread(source.number, part.data() + done,
-                     part.size() - static_cast<std::size_t>(done), place + done);
-    });
-    part.resize(static_cast<std::size_t>(length));
-    return errno == 0 || errno == EINTR;
-}
-
-bool writePart(const Descriptor& target, const std::vector<char>& part) {
-    return transferAll(std::ssize(part), [&](std::int64_t done) {
-               return write(target.number, part.data() + done,
-                            part.size() - static_cast<std::size_t>(done));
-           }) == std::ssize(part);
-}
-
 } // namespace
 
 std::error_code appendFrom(const std::filesystem::path& source, std::int64_t place,
                            const std::filesystem::path& target) {
-    constexpr std::size_t partSize = 1024 * 1024;
-    const Descriptor from{source, O_RDONLY};
-    const Descriptor to{target, O_WRONLY | O_APPEND};
+    constexpr std::int64_t partSize = 1024L * 1024;
+    const Descriptor from{openRegularFile(source.c_str())};
+    const Descriptor to{open(target.c_str(), O_WRONLY | O_CLOEXEC)};
     if (from.number < 0 || to.number < 0) {
         return lastError();
     }
-    std::vector<char> part(partSize);
-    while (part.size() == partSize) {
-        if (!readPart(from, place, part) || !writePart(to, part)) {
+    std::vector<std::byte> part(partSize);
+    std::int64_t end = lengthOf(to.number);
+    while (true) {
+        const auto [length, hasFailed] = readAt(from.number, part, partSize, place);
+        const std::span read{part.data(), static_cast<std::size_t>(length)};
+        if (hasFailed || writeAt(to.number, read, end) != length) {
             return lastError();
         }
-        place += std::ssize(part);
+        if (length < partSize) {
+            return {};
+        }
+        place += length;
+        end += length;
     }
-    return {};
 }
 
 } // namespace korlit::host
