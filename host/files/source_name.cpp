@@ -1,6 +1,5 @@
 #include "host/files/source_name.h"
 
-#include "andi/andi_writer.h"
 #include "host/files/andi_image.h"
 #include "host/system/append.h"
 
@@ -51,9 +50,9 @@ std::int64_t setReference(AndiAttributeList& list, const std::string& source) {
 }
 
 /// Where the data start, which lie together behind the header.
-std::int64_t dataPlace(std::span<const AndiVariable> variables) {
+std::int64_t dataPlace(std::span<const AndiVariable> variables, const fs::path& file) {
     const auto first = std::ranges::min_element(variables, {}, &AndiVariable::Begin);
-    return first == variables.end() ? std::numeric_limits<std::int64_t>::max() : first->Begin;
+    return first == variables.end() ? static_cast<std::int64_t>(fs::file_size(file)) : first->Begin;
 }
 
 void moveData(std::span<AndiVariable> variables, std::int64_t distance, const fs::path& file) {
@@ -71,9 +70,9 @@ void moveData(std::span<AndiVariable> variables, std::int64_t distance, const fs
 void nameSource(AndiImage& image, const fs::path& file, const std::string& source) {
     const std::span variables{image.file.Variables,
                               static_cast<std::size_t>(image.file.VariableCount)};
-    const std::int64_t oldPlace = dataPlace(variables);
+    const std::int64_t oldPlace = dataPlace(variables, file);
     moveData(variables, setReference(image.file.GlobalAttributes, source), file);
-    const fs::path whole = file.string() + ".whole";
+    const fs::path whole = file.parent_path() / "whole"; // as short a name as fits any system
     if (const std::string reason = saveHeader(image, whole); !reason.empty()) {
         throw std::runtime_error{reason};
     }

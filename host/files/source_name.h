@@ -10,7 +10,7 @@ struct AndiImage;
 
 /// Makes `source` the source_file_reference of a file whose data lie together behind its header.
 /// `image` is the file's header, which can only be released afterwards. The data are copied as they
-/// lie, by way of a second file beside the first. Throws a runtime_error with words for the user,
+/// lie, by way of the file "whole" beside it. Throws a runtime_error with words for the user,
 /// or bad_alloc.
 void nameSource(AndiImage& image, const std::filesystem::path& file, const std::string& source);
 
