@@ -6,8 +6,6 @@
 
 namespace korlit {
 
-namespace {
-
 int openUninterrupted(const char* path, int flags) {
     constexpr mode_t newFileMode = 0666;
     int descriptor = noDescriptor;
@@ -17,8 +15,6 @@ int openUninterrupted(const char* path, int flags) {
     } while (descriptor < 0 && errno == EINTR);
     return descriptor;
 }
-
-} // namespace
 
 int openRegularFile(const char* path) {
     const int descriptor = openUninterrupted(path, O_RDONLY);

@@ -12,11 +12,15 @@ namespace korlit {
 /// What the calls answer that open a file and fail.
 constexpr int noDescriptor = -1;
 
+/// Opens a path by the flags of open(2), taken up again when interrupted. Never waits for the other
+/// end of a pipe.
+int openUninterrupted(const char* path, int flags);
+
 /// Opens a regular file for reading. Fails if it isn't there, may not be read or is anything but a
 /// regular file.
 int openRegularFile(const char* path);
 
-/// Creates a file for writing, or empties it if it exists. Never waits for the reader of a pipe.
+/// Creates a file for writing, or empties it if it exists.
 int createFile(const char* path);
 
 /// Answers whether all went well. The descriptor is gone in any case.
