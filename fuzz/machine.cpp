@@ -1,4 +1,3 @@
-// The services of the platform layer that this machine brings along.
 #include "fuzz/machine.h"
 
 #include "platform/faults.h"

@@ -12,8 +12,7 @@ int main(int argumentCount, char** arguments) {
         // A block of exactly the input's size, so that a sanitizer sees what is read behind it.
         const auto data = std::make_unique<std::uint8_t[]>(content.size());
         std::ranges::copy(content, data.get());
-        std::printf("%s\n", entry.path().c_str());
-        std::fflush(stdout);
+        std::fprintf(stderr, "%s\n", entry.path().c_str());
         LLVMFuzzerTestOneInput(data.get(), content.size());
         ++inputs;
     }
