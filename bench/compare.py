@@ -234,7 +234,7 @@ def row_of_aims(work, figures):
 
 COMMANDS = (("to-pair", ".cdf", ["convert", "--force", "--output-dir", "{folder}/converted"]),
             ("to-andi", ".sli", ["convert", "--force", "--output-dir", "{folder}/converted"]),
-            ("to-pair", ".cdf", ["info"]), ("to-andi", ".sli", ["info"]), ("to-pair", ".cdf", ["check"]),
+            ("to-pair", ".cdf", ["info"]), ("to-andi", ".sli", ["info"]),
             ("to-pair", ".cdf", ["plot", "-o", "{folder}/chart.svg"]))
 
 
@@ -290,7 +290,7 @@ def main():
     if not options.only:
         print_table("The command on the large files:",
                     "| Command | Processor time, s | Wall time, s | Memory, MB |",
-                    rows_of_command(options.programs / "korlit", options.files, options.rounds))
+                    rows_of_command(str(options.programs / "korlit"), options.files, options.rounds))
 
 
 if __name__ == "__main__":
