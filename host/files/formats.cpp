@@ -132,6 +132,10 @@ constexpr std::array<Format, 4> formats{{
      .targetEndings = channelEndings},
 }};
 
+static_assert(std::ranges::all_of(formats, [](const Format& format) {
+    return &format == &formats[static_cast<std::size_t>(format.kind)];
+}));
+
 } // namespace
 
 const Format& formatOf(FileKind kind) {
