@@ -49,15 +49,17 @@ disturbed() {
     shift
     korlit convert in "$@" >lines 2>sums &
     parent=$!
-    until [ -s lines ]; do sleep 0.01; done
+    until [ -s lines ]; do :; done
     $disturb 2>/dev/null
     wait $parent
 }
 
+# All workers, again and again until one was killed at its work.
 killWorkers() {
-    for i in 1 2 3; do
-        kill -KILL $(cut -d' ' -f1 /proc/$parent/task/$parent/children)
-        sleep 0.03
+    while kill -0 $parent && ! grep -q 'killed by signal 9' lines; do
+        read -r workers </proc/$parent/task/$parent/children
+        kill -KILL $workers
+        sleep 0.005
     done
 }
 
