@@ -77,7 +77,8 @@ TEST_F(AndiWriterTest, PlacesEndAt31Bits) {
         // The last data stand 4 bytes ahead of 2 GB, or there: behind 184 bytes, three times the
         // length below and 60 or 64 more for a long name.
         AddAndiDimension(&file, "d", 715'827'800);
-        for (const std::size_t nameLength : {1, 1, isBeyond ? 65 : 64}) {
+        const std::size_t lastLength = isBeyond ? 65 : 64;
+        for (const std::size_t nameLength : {std::size_t{1}, std::size_t{1}, lastLength}) {
             AddAndiVector(&file, std::string(nameLength, 'n').c_str(), AndiType::Byte, 0);
         }
         AddAndiScalar(&file, "e", AndiType::Byte, "1");

@@ -90,7 +90,7 @@ class FaultSweep : public ModuleTest {
                 break;
             }
             const auto known = std::ranges::find(outcomes, now);
-            const char mark = marks.at(known - outcomes.begin());
+            const char mark = marks.at(static_cast<std::size_t>(known - outcomes.begin()));
             if (known == outcomes.end()) {
                 outcomes.push_back(now);
             }
