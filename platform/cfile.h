@@ -22,6 +22,9 @@ class CFile {
     /// a growing file gets behind it would be taken for other records.
     std::int64_t Read(void* target, std::int64_t byteCount);
 
+    /// Moves on by so many bytes without reading them.
+    void Skip(std::int64_t byteCount) { position += byteCount; }
+
     /// Bytes of the open file that are still to be read.
     [[nodiscard]] std::int64_t GetRemaining() const;
 
