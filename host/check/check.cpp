@@ -3,6 +3,7 @@
 #include "host/check/conversion_losses.h"
 #include "host/check/phrases.h"
 #include "host/check/template_check.h"
+#include "host/files/diagnosis.h"
 #include "host/files/recognise.h"
 #include "host/text/json.h"
 #include "host/text/output.h"
@@ -43,7 +44,9 @@ Findings check(const std::string& file) {
     }
     AndiImage image;
     if (const std::string reason = load(image, file); !reason.empty()) {
-        return {{.severity = Severity::Error, .rule = "unreadable", .message = reason}};
+        return {{.severity = Severity::Error,
+                 .rule = "unreadable",
+                 .message = withDiagnosis(reason, file, kind)}};
     }
     const Subject subject = subjectOf(image);
     Findings findings = departuresFromTemplate(subject);
@@ -83,8 +86,9 @@ void printJson(const CheckedFile& file) {
         findings.push_back(
             {{"severity", severityName(severity)}, {"rule", rule}, {"message", utf8Of(message)}});
     }
-    const Json object{
+    Json object{
         {"file", utf8Of(file.name)}, {"findings", findings}, {"conforms", conforms(file.findings)}};
+    addPathBytes(object, "file", file.name);
     std::cout << jsonLine(object);
 }
 

@@ -1,11 +1,32 @@
 #include "host/command/options.h"
+#include "host/system/standard_streams.h"
+#include "host/text/utf8.h"
 
 #include <exception>
 #include <iostream>
+#include <string_view>
+#include <vector>
+
+namespace {
+
+/// The arguments, in which `help COMMAND` stands for `COMMAND --help`.
+std::vector<char*> argumentsOf(int count, char** arguments) {
+    static char help[] = "--help";
+    std::vector<char*> all{arguments, arguments + count};
+    if (count > 1 && std::string_view{all[1]} == "help") {
+        all.erase(all.begin() + 1);
+        all.push_back(help);
+    }
+    return all;
+}
+
+} // namespace
 
 int main(int argumentCount, char** arguments) try {
-    return korlit::host::runCommand(argumentCount, arguments);
+    korlit::host::openStandardStreams();
+    std::vector<char*> all = argumentsOf(argumentCount, arguments);
+    return korlit::host::runCommand(static_cast<int>(all.size()), all.data());
 } catch (const std::exception& error) {
-    std::cerr << "korlit: " << error.what() << '\n';
+    std::cerr << "korlit: " << korlit::host::printable(error.what()) << '\n';
     return 1;
 }

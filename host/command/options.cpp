@@ -9,6 +9,7 @@
 #include "host/convert/convert.h"
 #include "host/info/info.h"
 #include "host/plot/plot.h"
+#include "host/text/utf8.h"
 #include "host/text/words.h"
 #include "host/text/wrong_use.h"
 
@@ -18,13 +19,13 @@
 #include <array>
 #include <iostream>
 #include <iterator>
+#include <map>
 #include <memory>
 
 namespace korlit::host {
 
 namespace {
-
-// Exit status 1 is kept for what failed or differs.
+// 1 is kept for what failed or differs.
 constexpr int wrongUse = 2;
 
 /// Choices as the help shows them behind the name of a value, and as choicesOf reads them again.
@@ -61,7 +62,13 @@ void addWorkOptions(CLI::App& command, ConvertOptions& options) {
         .add_option("--files-from", work.filesFrom,
                     "Take further paths from the lines of a file; - is standard input")
         ->type_name("LIST");
+    command.add_flag("-0,--null", work.isZeroSeparated,
+                     "The paths of that file end with NUL characters instead of lines");
     addKindOption(command, work.from);
+    const std::map<std::string, Goal> goals{{"andi", Goal::Andi}, {"pair", Goal::Pair}};
+    command.add_option("--to", work.to, "Convert what becomes this, and in folders nothing else")
+        ->transform(CLI::Transformer{goals})
+        ->type_name("KIND:{andi,pair}");
     auto* folder = command
                        .add_option("-d,--output-dir", work.outputFolder,
                                    "Write into this folder, which mirrors the folders below a\n"
@@ -86,11 +93,28 @@ void addWorkOptions(CLI::App& command, ConvertOptions& options) {
 }
 
 void addReportOptions(CLI::App& command, ConvertOptions& options) {
-    auto* force =
-        command.add_flag("-f,--force", options.isForced,
-                         "Replace files that exist; the old ones stay if a conversion fails");
-    command.add_flag("--skip-existing", options.isSkipping, "Pass over files that were converted")
-        ->excludes(force);
+    const auto existing = [&options](Existing value) {
+        return [&options, value] { options.existing = value; };
+    };
+    auto* force = command.add_flag_callback("-f,--force", existing(Existing::Replace),
+                                            "Replace files that exist; the old ones stay if a "
+                                            "conversion fails");
+    auto* skip = command
+                     .add_flag_callback("--skip-existing", existing(Existing::Skip),
+                                        "Pass over files that were converted; make what is "
+                                        "missing of a set")
+                     ->excludes(force);
+    command
+        .add_flag_callback("-u,--update", existing(Existing::Update),
+                           "Replace what is older than its source, pass over the rest")
+        ->excludes(force)
+        ->excludes(skip);
+    command.add_flag("-n,--dry-run", options.isDryRun,
+                     "Tell what would be done, and touch nothing");
+    command.add_flag("--allow-cut", options.isCutAllowed,
+                     "Convert runs that lack samples or channels as far as they go");
+    command.add_flag("--sync", options.isSynced,
+                     "Have the disk hold each file before it comes to its place");
     command
         .add_option("-j,--jobs", options.workerCount,
                     "How many files to convert at a time (default: the processors)")
@@ -282,7 +306,8 @@ std::string usageText(const CLI::App& app, const CLI::ParseError& error) {
 int refuse(const CLI::App& app, const std::string& words) {
     const auto commands = app.get_subcommands();
     const std::string command = commands.empty() ? "" : " " + commands.front()->get_name();
-    std::cerr << "korlit" << command << ": " << words << "\nTry korlit" << command << " --help\n";
+    std::cerr << "korlit" << command << ": " << printable(words) << "\nTry korlit" << command
+              << " --help\n";
     return wrongUse;
 }
 

@@ -24,7 +24,11 @@ std::size_t editDistance(const std::string& from, const std::string& to) {
 
 /// "; did you mean convert?" for the nearest of the known words, if it is near.
 std::string suggestion(const std::string& word, const std::vector<std::string>& known) {
-    constexpr std::size_t furthest = 3;
+    // A short word is turned into nearly any other by few changes.
+    constexpr std::size_t lettersForAChange = 3;
+    const auto letters = static_cast<std::size_t>(
+        std::ranges::count_if(word, [](char each) { return each != '-'; }));
+    const std::size_t furthest = std::clamp<std::size_t>(letters / lettersForAChange, 1, 3);
     const auto nearest = std::ranges::min_element(
         known, {}, [&](const std::string& name) { return editDistance(word, name); });
     const bool isNear = nearest != known.end() && editDistance(word, *nearest) <= furthest;
@@ -42,7 +46,8 @@ std::string unknownCommand(const std::string& word, const CommandInfo& korlit) {
     for (const CommandInfo& command : korlit.commands) {
         known.push_back(command.name);
     }
-    return "unknown command " + word + suggestion(word, known);
+    return isOption(word) ? "the command comes ahead of " + word + ", as in korlit convert " + word
+                          : "unknown command " + word + suggestion(word, known);
 }
 
 std::string unknownArgument(const std::vector<std::string>& words, const CommandInfo& command) {
@@ -53,6 +58,9 @@ std::string unknownArgument(const std::vector<std::string>& words, const Command
     const auto option = std::ranges::find_if(words, isOption);
     const std::string argument = option == words.end() ? words.front() : *option;
     const std::string word = argument.substr(0, argument.find('=')); // without its value
+    if (std::ranges::find(known, word) != known.end()) {
+        return word + " goes behind the command";
+    }
     return (isOption(word) ? "unknown option " : "unexpected argument ") + word +
            suggestion(word, known);
 }

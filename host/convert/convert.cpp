@@ -1,87 +1,116 @@
 #include "host/convert/convert.h"
 
+#include "host/convert/converter.h"
 #include "host/system/interrupts.h"
-#include "host/system/processes.h"
 #include "host/system/workers.h"
-#include "host/text/wrong_use.h"
+#include "host/text/output.h"
+#include "host/text/utf8.h"
 
 #include <iostream>
-#include <stdexcept>
-#include <string>
+#include <random>
+#include <set>
+#include <system_error>
 
 namespace korlit::host {
 
 namespace {
 
+namespace fs = std::filesystem;
+
 constexpr int interruptedStatus = 130;
 
-Existing existingOf(const ConvertOptions& options) {
-    if (options.isForced) {
-        return Existing::Replace;
+/// What no other batch has, on this machine or on another.
+std::string newBatchName() {
+    std::random_device random;
+    std::string name;
+    for (int i = 0; i < 4; ++i) {
+        name += std::to_string(random()) + '-';
     }
-    return options.isSkipping ? Existing::Skip : Existing::Refuse;
+    return name;
 }
 
-/// Marks the staging folders of a job. They go by the process that hands the jobs out, which clears
-/// up behind its workers.
-class Labels {
-  public:
-    std::string of(std::size_t job) const { return prefix + std::to_string(job) + "-"; }
+/// Ends what killed processes have left in the folders of the targets.
+void settleFolders(const WorkList& work) {
+    std::set<fs::path> folders;
+    for (const Job& job : work.jobs) {
+        for (const StagedFile& target : job.plan.targets) {
+            folders.insert(target.path.parent_path());
+        }
+    }
+    for (const fs::path& folder : folders) {
+        settleFolder(folder.empty() ? "." : folder, "none", 0);
+    }
+}
 
-  private:
-    std::string prefix = ".korlit-" + std::to_string(processId()) + "-";
-};
-
-Outcome outcomeOf(const TaskResult& result, const Job& job, const Labels& labels) {
+/// A worker that was killed behind its last move has converted its file all the same.
+Outcome outcomeOf(const TaskResult& result, const Job& job, const std::string& batch) {
     if (result.isAnswered) {
         return unpackOutcome(result.text);
     }
-    clearUp(job, labels.of(result.task));
-    return {.message = "Not converted, its process " + result.text};
+    Outcome outcome{.message = "Not converted, its process " + result.text};
+    if (!job.plan.targets.empty()) {
+        const fs::path folder = job.plan.targets.front().path.parent_path();
+        outcome = settleFolder(folder.empty() ? "." : folder, batch, result.task).value_or(outcome);
+    }
+    return outcome;
 }
 
-/// What can't be listed was asked for wrongly.
-WorkList worksOf(const WorkOptions& options) {
-    try {
-        return listWork(options);
-    } catch (const std::runtime_error& error) {
-        throw WrongUse{error.what()};
+void planAll(const WorkList& work, Existing existing, Report& report) {
+    for (const Job& job : work.jobs) {
+        report.add(job, plannedOutcome(decide(job, existing)));
     }
+}
+
+void convertInWorkers(const WorkList& work, const ConvertOptions& options, Report& report) {
+    const std::string batch = newBatchName();
+    Converter converter{{.existing = options.existing,
+                         .isCutAllowed = options.isCutAllowed,
+                         .isSynced = options.isSynced,
+                         .batch = batch}};
+    settleFolders(work);
+    runInWorkers(options.workerCount, work.jobs.size(),
+                 {.run =
+                      [&](std::size_t task) {
+                          return packOutcome(task, converter.perform(work.jobs[task], task));
+                      },
+                  .end = [&] { converter.end(); },
+                  .finished =
+                      [&](const TaskResult& result) {
+                          const Job& job = work.jobs[result.task];
+                          report.add(job, outcomeOf(result, job, batch));
+                      },
+                  .tick = [&] { report.tick(); },
+                  .mayGoOn = [] { return !isInterrupted(); }});
 }
 
 } // namespace
 
 int convertAll(const ConvertOptions& options) {
-    const WorkList work = worksOf(options.work);
+    const WorkList work = listWork(options.work);
     if (options.report.isVerbose) {
-        for (const std::string& file : work.leftOut) {
-            std::cerr << "Left out " << file << '\n';
+        for (const std::string& file : work.ignored) {
+            std::cerr << "Ignored " << printable(file) << '\n';
         }
     }
-    if (work.jobs.empty() && !options.report.isQuiet) {
-        std::cerr << "korlit: nothing to convert\n";
-    }
-    Report report{options.report, work.jobs.size()};
-    const Labels labels;
+    Report report{options.report,
+                  {.jobCount = work.jobs.size(),
+                   .ignoredCount = work.ignored.size(),
+                   .reachedCount = work.reachedCount}};
+    bool isStopped = false;
     watchInterrupts();
-    runInWorkers(options.workerCount, work.jobs.size(),
-                 {.run =
-                      [&](std::size_t task) {
-                          return packOutcome(
-                              perform(work.jobs[task], existingOf(options), labels.of(task)));
-                      },
-                  .finished =
-                      [&](const TaskResult& result) {
-                          const Job& job = work.jobs[result.task];
-                          report.add(job, outcomeOf(result, job, labels));
-                      },
-                  .tick = [&] { report.tick(); },
-                  .mayGoOn = [] { return !isInterrupted(); }});
+    try {
+        options.isDryRun ? planAll(work, options.existing, report)
+                         : convertInWorkers(work, options, report);
+    } catch (const std::system_error& error) {
+        std::cerr << "korlit: " << error.what() << '\n';
+        isStopped = true;
+    }
     report.end(isInterrupted());
+    finishOutput();
     if (isInterrupted()) {
         return interruptedStatus;
     }
-    return report.count(JobStatus::Failed) == 0 ? 0 : 1;
+    return report.count(JobStatus::Failed) == 0 && !isStopped ? 0 : 1;
 }
 
 } // namespace korlit::host

@@ -1,8 +1,8 @@
 // `korlit convert`: files and folders through the library, in worker processes.
 #pragma once
 
+#include "host/convert/planning.h"
 #include "host/convert/report.h"
-#include "host/convert/work_list.h"
 #include "host/system/processes.h"
 
 #include <cstddef>
@@ -13,12 +13,15 @@ struct ConvertOptions {
     WorkOptions work;
     ReportOptions report;
     std::size_t workerCount = processorCount();
-    bool isForced = false;
-    bool isSkipping = false;
+    Existing existing = Existing::Refuse;
+    bool isDryRun = false;     ///< only tells what would be done
+    bool isCutAllowed = false; ///< converts runs that lack samples or channels
+    bool isSynced = false;     ///< has the disk hold what was written
 };
 
 /// Converts and reports. Answers 0 if all were converted, 1 if some failed, 130 for an interrupt.
-/// Throws WrongUse for what can't be listed.
+/// Throws WrongUse where the options and files leave open what is to be done, before anything is
+/// written.
 int convertAll(const ConvertOptions& options);
 
 } // namespace korlit::host

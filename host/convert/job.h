@@ -1,7 +1,7 @@
 // One file of a batch: what is to become of it, and what became of it.
 #pragma once
 
-#include "host/files/staging.h"
+#include "host/files/plan.h"
 
 #include <cstdint>
 #include <string>
@@ -9,15 +9,20 @@
 
 namespace korlit::host {
 
-/// What to do with a target that is there already.
-enum class Existing : std::uint8_t { Refuse, Skip, Replace };
-
 struct Job {
     Plan plan;
     std::string problem; ///< why it can't be done at all; empty if it can
 };
 
-enum class JobStatus : std::uint8_t { Converted, Skipped, Failed };
+/// What to do with targets that are there already.
+enum class Existing : std::uint8_t {
+    Refuse,
+    Skip,   ///< pass over a set that is whole; of one that isn't, make what is missing
+    Update, ///< pass over a set that is no older than its source; replace any other
+    Replace,
+};
+
+enum class JobStatus : std::uint8_t { Converted, Skipped, Failed, Planned };
 
 struct Outcome {
     JobStatus status = JobStatus::Failed;
@@ -28,19 +33,27 @@ struct Outcome {
     std::int64_t peaks = 0;
 };
 
-/// "converted", "skipped", "failed".
+/// "converted", "skipped", "failed", "planned".
 const char* statusName(JobStatus status);
 
-/// Does a job. The targets come to their place whole or not at all; one that is there already stays
-/// as it was unless all of them are replaced. `label` marks the job's staging folders.
-Outcome perform(const Job& job, Existing existing, const std::string& label);
+/// What is to be done about a job.
+struct Decision {
+    Outcome outcome;                 ///< where nothing is to be done, with the reason
+    std::vector<StagedFile> targets; ///< to be put in their place; all others stay
+    bool isToBegin = false;
+    bool isReplacing = false;
+};
 
-/// Clears up behind a job whose process was killed: puts back what was being replaced and removes
-/// the staging folders with that label.
-void clearUp(const Job& job, const std::string& label);
+/// Looks at what stands at the targets' places.
+Decision decide(const Job& job, Existing existing);
 
-/// Outcomes travel between processes as text.
-std::string packOutcome(const Outcome& outcome);
+/// The outcome of a job that would begin, for who only wants to know.
+Outcome plannedOutcome(const Decision& decision);
+
+/// Outcomes travel between processes as text, with the number of their job.
+std::string packOutcome(std::size_t job, const Outcome& outcome);
 Outcome unpackOutcome(const std::string& text);
+/// The job's number in such a text.
+std::size_t packedJob(const std::string& text);
 
 } // namespace korlit::host

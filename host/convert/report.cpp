@@ -9,7 +9,10 @@
 #include <cstdlib>
 #include <iomanip>
 #include <iostream>
+#include <numeric>
 #include <sstream>
+#include <string_view>
+#include <vector>
 
 namespace korlit::host {
 
@@ -20,9 +23,15 @@ constexpr const char* yellow = "\x1b[33m";
 constexpr const char* plain = "\x1b[0m";
 constexpr const char* eraseLine = "\r\x1b[K";
 
+/// A terminal that knows no more than characters and lines.
+bool isDumb() {
+    const char* terminal = std::getenv("TERM");
+    return terminal != nullptr && std::string_view{terminal} == "dumb";
+}
+
 bool isColoured() {
     const char* noColor = std::getenv("NO_COLOR");
-    return isOutputTerminal() && (noColor == nullptr || *noColor == '\0');
+    return isOutputTerminal() && !isDumb() && (noColor == nullptr || *noColor == '\0');
 }
 
 std::string inColour(const char* colour, const std::string& text) {
@@ -53,15 +62,16 @@ void printJson(const Job& job, const Outcome& outcome) {
     for (const std::string& warning : outcome.warnings) {
         warnings.push_back(utf8Of(warning));
     }
-    const Json line{{"source", utf8Of(job.plan.source)},
-                    {"kind", formatOf(job.plan.kind).name},
-                    {"outputs", outputs},
-                    {"result", statusName(outcome.status)},
-                    {"message", utf8Of(outcome.message)},
-                    {"warnings", warnings},
-                    {"seconds", outcome.seconds},
-                    {"points", outcome.points},
-                    {"peaks", outcome.peaks}};
+    Json line{{"source", utf8Of(job.plan.source)},
+              {"kind", formatOf(job.plan.kind).name},
+              {"outputs", outputs},
+              {"result", statusName(outcome.status)},
+              {"message", utf8Of(outcome.message)},
+              {"warnings", warnings},
+              {"seconds", outcome.seconds},
+              {"points", outcome.points},
+              {"peaks", outcome.peaks}};
+    addPathBytes(line, "source", job.plan.source);
     std::cout << jsonLine(line);
 }
 
@@ -72,30 +82,45 @@ std::string minutesAndSeconds(double seconds) {
     return text.str();
 }
 
-std::string progressLine(std::size_t done, std::size_t total, std::size_t failed, double seconds) {
+/// As many of the figures as have room, the first ones first, and a bar where there is room for
+/// one.
+std::string progressLine(std::size_t done, const Found& found, std::size_t failed, double seconds) {
     constexpr std::size_t widestBar = 40;
+    constexpr std::size_t shortestBar = 8;
+    const std::size_t total = found.jobCount;
     const double rate = seconds > 0 ? static_cast<double>(done) / seconds : 0;
-    std::ostringstream figures;
-    figures << ' ' << done << '/' << total << ' ' << 100 * done / total << "%  " << std::fixed
-            << std::setprecision(rate < 10 ? 1 : 0) << rate << "/s";
-    if (done > 0) {
-        figures << "  " << minutesAndSeconds(static_cast<double>(total - done) / rate) << " left";
-    }
+    std::ostringstream speed;
+    speed << std::fixed << std::setprecision(rate < 10 ? 1 : 0) << rate << "/s";
+    std::vector<std::string> figures{std::to_string(done) + '/' + std::to_string(total) + ' ' +
+                                     std::to_string(100 * done / total) + '%'};
     if (failed > 0) {
-        figures << "  " << failed << " failed";
+        figures.push_back(std::to_string(failed) + " failed");
     }
-    const std::size_t room = terminalWidth() - std::min(terminalWidth(), figures.str().size() + 3);
-    const std::size_t width = std::min(widestBar, room);
+    if (done > 0) {
+        figures.push_back(minutesAndSeconds(static_cast<double>(total - done) / rate) + " left");
+    }
+    figures.push_back(speed.str());
+    // A line that fills the last column wraps on some terminals.
+    const std::size_t room = terminalWidth() - std::min<std::size_t>(terminalWidth(), 1);
+    std::string line;
+    for (const std::string& figure : figures) {
+        line += line.size() + figure.size() + 2 <= room ? (line.empty() ? "" : "  ") + figure : "";
+    }
+    const std::size_t barRoom = room - std::min(room, line.size() + 3);
+    if (barRoom < shortestBar) {
+        return line;
+    }
+    const std::size_t width = std::min(widestBar, barRoom);
     const std::size_t filled = width * done / total;
-    return '[' + std::string(filled, '#') + std::string(width - filled, '-') + ']' + figures.str();
+    return '[' + std::string(filled, '#') + std::string(width - filled, '-') + "] " + line;
 }
 
 } // namespace
 
-Report::Report(const ReportOptions& reportOptions, std::size_t jobCount)
-    : options{reportOptions}, total{jobCount}, isProgressShown{isErrorTerminal() &&
-                                                               !reportOptions.isQuiet &&
-                                                               jobCount > 1} {}
+Report::Report(const ReportOptions& reportOptions, const Found& whatIsFound)
+    : options{reportOptions}, found{whatIsFound}, isProgressShown{isErrorTerminal() && !isDumb() &&
+                                                                  !reportOptions.isQuiet &&
+                                                                  whatIsFound.jobCount > 1} {}
 
 void Report::add(const Job& job, const Outcome& outcome) {
     ++counts[static_cast<std::size_t>(outcome.status)];
@@ -110,26 +135,38 @@ void Report::add(const Job& job, const Outcome& outcome) {
 
 void Report::tick() {
     if (isProgressShown) {
-        const std::size_t done = counts[0] + counts[1] + counts[2];
         std::cerr << eraseLine
-                  << progressLine(done, total, count(JobStatus::Failed), secondsSoFar())
+                  << progressLine(doneCount(), found, count(JobStatus::Failed), secondsSoFar())
                   << std::flush;
     }
 }
 
 void Report::end(bool isInterrupted) {
     clearProgress();
-    if (options.isQuiet || (total < 2 && !isInterrupted)) {
+    const bool isOneFile = found.jobCount == 1 && found.ignoredCount + found.reachedCount == 0;
+    if (options.isQuiet || (isOneFile && !isInterrupted)) {
         return;
     }
-    const std::size_t done = counts[0] + counts[1] + counts[2];
-    std::cerr << (isInterrupted ? "Interrupted: " : "") << count(JobStatus::Converted)
-              << " converted, " << count(JobStatus::Failed) << " failed, "
-              << count(JobStatus::Skipped) << " skipped";
-    if (done < total) {
-        std::cerr << ", " << total - done << " not begun";
+    std::ostringstream sums;
+    sums << (isInterrupted ? "Interrupted: " : "");
+    if (count(JobStatus::Planned) > 0) {
+        sums << count(JobStatus::Planned) << " to convert, ";
     }
-    std::cerr << " in " << std::fixed << std::setprecision(1) << secondsSoFar() << " s\n";
+    sums << count(JobStatus::Converted) << " converted, " << count(JobStatus::Failed) << " failed, "
+         << count(JobStatus::Skipped) + found.reachedCount << " skipped";
+    if (found.reachedCount > 0) {
+        sums << " (" << found.reachedCount << " of the kind asked for already)";
+    }
+    sums << ", " << found.ignoredCount << " ignored";
+    if (doneCount() < found.jobCount) {
+        sums << ", " << found.jobCount - doneCount() << " not begun";
+    }
+    std::cerr << sums.str() << " in " << std::fixed << std::setprecision(1) << secondsSoFar()
+              << " s\n";
+}
+
+std::size_t Report::doneCount() const {
+    return std::accumulate(counts.begin(), counts.end(), std::size_t{0});
 }
 
 double Report::secondsSoFar() const {

@@ -1,5 +1,7 @@
 #include "host/data/data_set.h"
 
+#include "host/files/broken_files.h"
+#include "host/files/diagnosis.h"
 #include "host/files/staging.h"
 #include "host/system/temporary_folder.h"
 #include "native/pair_rules.h"
@@ -71,7 +73,10 @@ DataSet dataSetOf(const std::string& andiFile) {
     const auto loaded = std::make_shared<AndiImage>();
     const AndiImage& image = *loaded;
     if (const std::string reason = load(*loaded, andiFile); !reason.empty()) {
-        throw std::runtime_error{reason};
+        throw std::runtime_error{withDiagnosis(reason, andiFile, FileKind::Andi)};
+    }
+    if (variableNamed(image, taken::ordinateValues) == nullptr) {
+        throw std::runtime_error{"File " + andiFile + " is " + noChromatogramText};
     }
     DataSet set;
     set.image = loaded;
@@ -125,7 +130,8 @@ std::vector<DataSet> loadDataSets(const std::string& file, FileKind kind) {
         const Plan plan = planFor(file, kind, stage.path(), "data");
         const StagedResult result = convertStaged(plan, stage.path());
         if (!result.isConverted) {
-            throw std::runtime_error{result.message};
+            const std::string seen = diagnosisOf(plan, stage.path());
+            throw std::runtime_error{result.message + (seen.empty() ? "" : " (" + seen + ")")};
         }
         for (const StagedFile& target : plan.targets) {
             sets.push_back(dataSetOf(target.path.string()));

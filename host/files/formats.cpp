@@ -1,6 +1,7 @@
 #include "host/files/formats.h"
 
 #include "api/exports.h"
+#include "host/files/broken_files.h"
 #include "host/files/extensions.h"
 #include "native/native_records.h"
 
@@ -16,6 +17,7 @@ using Endings = std::vector<std::string>;
 using SourceFiles = std::vector<SourceFile>;
 
 constexpr const char* andiExtension = ".cdf";
+constexpr const char* runExtension = ".run";
 
 // ---- ANDI, and what is taken for it
 
@@ -56,23 +58,25 @@ Endings andiEnding(const fs::path& /*source*/) {
 constexpr std::size_t channelCountPlace = sizeof(RunFileHead) + sizeof(RunInfo);
 
 /// A run has no signature, but a plausible head: a version from 1 to 100, one to nine channels, and
-/// a first signal that is not longer than the file.
+/// a first signal of no negative length. One that was cut within its head is known by its version.
 bool isRun(const FileStart& start) {
     constexpr float lowestVersion = 1.0F;
     constexpr float highestVersion = 100.0F;
-    if (start.length < std::ssize(start.bytes)) {
+    constexpr std::int64_t headSize = channelCountPlace + sizeof(std::int16_t);
+    const auto version = start.recordAt<float>(0);
+    if (!(version >= lowestVersion && version <= highestVersion)) {
         return false;
     }
-    const auto version = start.recordAt<float>(0);
+    if (start.length < headSize) {
+        return true;
+    }
     const auto channelCount = start.recordAt<std::int16_t>(channelCountPlace);
-    const auto head = start.recordAt<SliHeadP>(channelCountPlace + sizeof channelCount);
-    return version >= lowestVersion && version <= highestVersion && channelCount >= 1 &&
-           channelCount <= maxChannels && head.PointCount >= 0 &&
-           head.PointCount * std::int64_t{sizeof(float)} <= start.fileSize;
+    const auto head = start.recordAt<SliHeadP>(headSize);
+    return channelCount >= 1 && channelCount <= maxChannels && head.PointCount >= 0;
 }
 
 SourceFiles runFiles(const fs::path& source) {
-    return {{.ending = ".run", .path = source}};
+    return {{.ending = runExtension, .path = source}};
 }
 
 Endings channelEndings(const fs::path& source) {
@@ -90,46 +94,62 @@ constexpr std::array<Format, 4> formats{{
      .name = "unknown",
      .title = "unknown, read as ANDI",
      .extension = nullptr,
+     .usualExtension = andiExtension,
+     .companionExtension = nullptr,
      .isIn = isNothing,
      .isAndi = true,
+     .isFromAndi = false,
      .hasChannels = false,
      .convert = Andi2Merivolta,
      .convertedText = "",
      .sourceFiles = andiFiles,
-     .targetEndings = pairEndings},
+     .targetEndings = pairEndings,
+     .flaw = flawOfAndi},
     {.kind = FileKind::Andi,
      .name = "andi",
      .title = "ANDI",
      .extension = nullptr,
+     .usualExtension = andiExtension,
+     .companionExtension = nullptr,
      .isIn = isAndi,
      .isAndi = true,
+     .isFromAndi = false,
      .hasChannels = false,
      .convert = Andi2Merivolta,
      .convertedText = "",
      .sourceFiles = andiFiles,
-     .targetEndings = pairEndings},
+     .targetEndings = pairEndings,
+     .flaw = flawOfAndi},
     {.kind = FileKind::Merivolta,
      .name = "merivolta",
      .title = "Merivolta pair",
      .extension = sliceExtension,
+     .usualExtension = sliceExtension,
+     .companionExtension = reportExtension,
      .isIn = isSlice,
      .isAndi = false,
+     .isFromAndi = true,
      .hasChannels = false,
      .convert = Merivolta2Andi,
      .convertedText = "",
      .sourceFiles = pairFiles,
-     .targetEndings = andiEnding},
+     .targetEndings = andiEnding,
+     .flaw = flawOfPairFile},
     {.kind = FileKind::Dunvale,
      .name = "dunvale",
      .title = "Dunvale run",
      .extension = nullptr,
+     .usualExtension = runExtension,
+     .companionExtension = nullptr,
      .isIn = isRun,
      .isAndi = false,
+     .isFromAndi = false,
      .hasChannels = true,
      .convert = Dunvale2Andi,
      .convertedText = "Dunvale File converted to ",
      .sourceFiles = runFiles,
-     .targetEndings = channelEndings},
+     .targetEndings = channelEndings,
+     .flaw = flawOfRun},
 }};
 
 static_assert(std::ranges::all_of(formats, [](const Format& format) {

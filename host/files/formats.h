@@ -25,10 +25,15 @@ struct Format {
     const char* title; ///< for people
     /// What the names of its files end in; null where only their content tells.
     const char* extension;
+    /// What they end in by custom.
+    const char* usualExtension;
+    /// What the name of the second file of a source ends in; null where there is none.
+    const char* companionExtension;
     bool (*isIn)(const FileStart& start);
     /// Whether its files are looked at as they are. Those of the others are by way of the ANDI
     /// files that they are converted to.
     bool isAndi;
+    bool isFromAndi; ///< whether it is what ANDI files are converted to
     bool hasChannels;
     std::int32_t (*convert)(char* path, char* message); ///< the library's export
     /// The start of the words for a success that the export has none for; empty if it has.
@@ -37,6 +42,8 @@ struct Format {
     std::vector<SourceFile> (*sourceFiles)(const std::filesystem::path& source);
     /// What the names of the files that it is converted to end in, behind their common stem.
     std::vector<std::string> (*targetEndings)(const std::filesystem::path& source);
+    /// What stands out in a file of so many bytes that can't be converted; see broken_files.
+    std::string (*flaw)(const std::string& file, std::int64_t size);
 };
 
 /// Of what isn't recognised, too: it is taken for ANDI.

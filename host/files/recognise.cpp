@@ -21,15 +21,20 @@ FileKind recognise(const std::string& file) {
     return FileKind::Unknown;
 }
 
-FileKind kindToConvert(const std::string& file) {
+FileKind kindFound(const std::string& file) {
     const FileKind kind = recognise(file);
     if (isKnown(kind)) {
         return kind;
     }
     const auto named = std::ranges::find_if(knownFormats(), [&](const Format& format) {
-        return format.extension != nullptr && hasExtension(file, format.extension);
+        return hasExtension(file, format.usualExtension);
     });
-    return named == knownFormats().end() ? FileKind::Andi : named->kind;
+    return named == knownFormats().end() ? FileKind::Unknown : named->kind;
+}
+
+FileKind kindToConvert(const std::string& file) {
+    const FileKind kind = kindFound(file);
+    return isKnown(kind) ? kind : FileKind::Andi;
 }
 
 } // namespace korlit::host

@@ -15,4 +15,8 @@ FileKind recognise(const std::string& file);
 /// extension it has, else ANDI, so that a conversion has words for it.
 FileKind kindToConvert(const std::string& file);
 
+/// The same for a file that was found in a folder: what isn't recognised is of the kind whose usual
+/// extension it has, else unknown.
+FileKind kindFound(const std::string& file);
+
 } // namespace korlit::host

@@ -89,6 +89,9 @@ std::int64_t lengthOf(const AndiImage& image, const std::string& variable) {
 /// The files name the staged source as theirs so far.
 void completeAndiFiles(StagedResult& result, const Plan& plan, const fs::path& stage) {
     for (const StagedFile& target : plan.targets) {
+        if (!fs::exists(stage / target.stagedName)) {
+            throw std::runtime_error{channelsChangedText};
+        }
         AndiImage image;
         const std::string path = (stage / target.stagedName).string();
         if (const std::string reason = loadHeader(image, path); !reason.empty()) {

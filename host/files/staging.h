@@ -10,6 +10,9 @@
 
 namespace korlit::host {
 
+/// Of a run that another program has changed since its targets were listed.
+constexpr const char* channelsChangedText = "Its channels have changed while it was converted";
+
 struct StagedResult {
     bool isConverted = false;
     std::string message;     ///< the library's words on one line, with the true paths

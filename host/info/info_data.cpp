@@ -104,6 +104,7 @@ void printJson(const std::vector<DataSet>& sets) {
     for (const DataSet& each : sets) {
         json["channels"].push_back(channelJson(each));
     }
+    addPathBytes(json, "file", set.source);
     std::cout << jsonLine(json);
 }
 

@@ -1,6 +1,7 @@
 #include "host/system/interrupts.h"
 
 #include <csignal>
+#include <initializer_list>
 
 namespace korlit::host {
 
@@ -15,14 +16,21 @@ void noteInterrupt(int /*signal*/) {
 void handleInterrupts(void (*handler)(int)) {
     struct sigaction action {};
     action.sa_handler = handler;
-    sigaction(SIGINT, &action, nullptr);
-    sigaction(SIGTERM, &action, nullptr);
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        sigaction(signal, &action, nullptr);
+    }
 }
 
 } // namespace
 
 void watchInterrupts() {
+    struct sigaction before {};
+    sigaction(SIGHUP, nullptr, &before);
     handleInterrupts(noteInterrupt);
+    // Who started the command to outlive the terminal (nohup) has said so.
+    if (before.sa_handler == SIG_IGN) {
+        sigaction(SIGHUP, &before, nullptr);
+    }
 }
 
 bool isInterrupted() {

@@ -1,4 +1,4 @@
-// Interrupts (SIGINT, SIGTERM), which would end the process.
+// Interrupts (SIGINT, SIGTERM, SIGHUP), which would end the process.
 #pragma once
 
 namespace korlit::host {

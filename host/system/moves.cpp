@@ -2,6 +2,8 @@
 
 #include <fcntl.h>
 #include <stdio.h> // NOLINT(modernize-deprecated-headers): renameat2
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
 
@@ -20,6 +22,28 @@ std::error_code moveToFreePlace(const std::filesystem::path& from,
         std::filesystem::rename(from, to, error);
     }
     return error;
+}
+
+void syncToDisk(const std::filesystem::path& path) {
+    const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    const bool isSynced = descriptor >= 0 && fsync(descriptor) == 0;
+    const std::error_code error{errno, std::generic_category()};
+    if (descriptor >= 0) {
+        close(descriptor);
+    }
+    if (!isSynced) {
+        throw std::filesystem::filesystem_error{"Can't write", path, error};
+    }
+}
+
+void takePermissions(const std::filesystem::path& file, const std::filesystem::path& from) {
+    constexpr mode_t readAndWrite = 0666;
+    struct stat status {};
+    const mode_t mask = umask(0);
+    umask(mask);
+    if (stat(from.c_str(), &status) == 0) {
+        chmod(file.c_str(), status.st_mode & readAndWrite & ~mask);
+    }
 }
 
 } // namespace korlit::host

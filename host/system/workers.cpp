@@ -23,6 +23,7 @@ struct Worker {
     pid_t process = -1;
     int channel = -1;
     bool isBusy = false;
+    bool isLost = false; ///< it can't be started
     std::size_t task = 0;
 };
 
@@ -54,6 +55,7 @@ bool transmit(int channel, const void* source, std::size_t size) {
             break;
         }
     }
+    calls.end();
     _exit(0);
 }
 
@@ -73,11 +75,14 @@ class Pool {
         std::size_t next = 0;
         while (true) {
             for (Worker& worker : workers) {
-                if (!worker.isBusy && next < taskCount && calls.mayGoOn()) {
-                    begin(worker, next++);
+                if (!worker.isBusy && !worker.isLost && next < taskCount && calls.mayGoOn()) {
+                    next += begin(worker, next) ? 1 : 0;
                 }
             }
             if (std::ranges::none_of(workers, &Worker::isBusy)) {
+                if (next < taskCount && calls.mayGoOn()) {
+                    throw std::system_error{startError, "no worker can be started"};
+                }
                 return;
             }
             await();
@@ -86,12 +91,22 @@ class Pool {
     }
 
   private:
-    void start(Worker& worker) {
+    /// Answers whether there is a process; where there is none the others do its work.
+    bool start(Worker& worker) {
         std::array<int, 2> ends{};
-        if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0) {
-            throw std::system_error{errno, std::generic_category(), "no worker can be started"};
+        const bool hasChannel =
+            socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) == 0;
+        worker.process = hasChannel ? fork() : -1;
+        if (worker.process < 0) {
+            startError = std::error_code{errno, std::generic_category()};
+            worker = {.isLost = true};
+            for (const int end : ends) {
+                if (hasChannel) {
+                    close(end);
+                }
+            }
+            return false;
         }
-        worker.process = fork();
         if (worker.process == 0) {
             close(ends[0]);
             // Another worker's channel must not stay open here when this process has closed it.
@@ -102,23 +117,25 @@ class Pool {
         }
         close(ends[1]);
         worker.channel = ends[0];
-        if (worker.process < 0) {
-            throw std::system_error{errno, std::generic_category(), "no worker can be started"};
-        }
+        return true;
     }
 
-    void begin(Worker& worker, std::size_t task) {
-        if (worker.process < 0) {
-            start(worker);
+    /// Answers whether the worker has the task.
+    bool begin(Worker& worker, std::size_t task) {
+        if (worker.process < 0 && !start(worker)) {
+            return false;
         }
         if (!transmit(worker.channel, &task, sizeof task)) {
             // It was killed between two tasks. If the new one is gone too, its silence tells.
             end(worker);
-            start(worker);
+            if (!start(worker)) {
+                return false;
+            }
             transmit(worker.channel, &task, sizeof task);
         }
         worker.task = task;
         worker.isBusy = true;
+        return true;
     }
 
     /// Waits a while for answers and takes those that are there.
@@ -168,6 +185,7 @@ class Pool {
 
     const WorkerCalls& calls;
     std::vector<Worker> workers;
+    std::error_code startError;
 };
 
 } // namespace

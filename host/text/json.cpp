@@ -6,6 +6,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <string_view>
 
 namespace korlit::host {
 
@@ -42,6 +43,19 @@ Json timeJson(double time) {
 
 Json roundedJson(double number) {
     return parsed(roundedText(number), number);
+}
+
+void addPathBytes(Json& object, const std::string& key, const std::string& path) {
+    constexpr std::string_view digits = "0123456789abcdef";
+    if (utf8Of(path) == path) {
+        return;
+    }
+    std::string bytes;
+    for (const char each : path) {
+        const auto byte = static_cast<unsigned char>(each);
+        bytes += {digits[byte / digits.size()], digits[byte % digits.size()]};
+    }
+    object[key + "_bytes"] = bytes;
 }
 
 std::string jsonLine(const Json& value) {

@@ -16,6 +16,10 @@ Json numberJson(double number);
 Json timeJson(double time);
 Json roundedJson(double number);
 
+/// Adds the bytes of a path in hexadecimal, as KEY_bytes, where it isn't UTF-8: its text under KEY
+/// alone couldn't be opened.
+void addPathBytes(Json& object, const std::string& key, const std::string& path);
+
 /// One line in UTF-8. What would steer a terminal is escaped.
 std::string jsonLine(const Json& value);
 

@@ -96,4 +96,14 @@ std::string threeDecimals(double number) {
     return text;
 }
 
+std::string groupedDigits(std::int64_t count) {
+    constexpr std::size_t groupLength = 3;
+    std::string digits = std::to_string(count);
+    for (std::size_t place = digits.size(); place > groupLength;) {
+        place -= groupLength;
+        digits.insert(place, 1, ',');
+    }
+    return digits;
+}
+
 } // namespace korlit::host

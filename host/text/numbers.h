@@ -1,6 +1,7 @@
 // Numbers of a file as the commands print them.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 namespace korlit::host {
@@ -22,5 +23,8 @@ std::string timeText(double time);
 std::string roundedText(double number);
 /// With three decimals.
 std::string threeDecimals(double number);
+
+/// A count with a comma ahead of each three digits: "21,508".
+std::string groupedDigits(std::int64_t count);
 
 } // namespace korlit::host

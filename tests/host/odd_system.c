@@ -1,8 +1,11 @@
 /* In front of the C library: a system without what $MISSING names, where the first file that is to
-   come to the place $NO_PLACE does not. */
+   come to the place $NO_PLACE does not, where only one process can be started if "fork" is missing,
+   where $SWAP takes the place of run.dat when a conversion begins, and that kills the process group
+   at the $KILL_AT-th call that changes which names there are. */
 #define _GNU_SOURCE
 #include <errno.h>
 #include <fcntl.h>
+#include <signal.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
@@ -15,15 +18,32 @@ static int lacks(const char* call, int error) {
     return missing != NULL && strstr(missing, call) != NULL;
 }
 
+static void mayBeKilled(void) {
+    static long calls = 0;
+    const char* last = getenv("KILL_AT");
+    if (last != NULL && ++calls == atol(last)) {
+        kill(0, SIGKILL);
+    }
+}
+
+int unlink(const char* path) {
+    mayBeKilled();
+    return (int)syscall(SYS_unlinkat, AT_FDCWD, path, 0);
+}
 int link(const char* from, const char* to) {
+    mayBeKilled();
     return lacks("hardlink", EPERM) ? -1
                                     : (int)syscall(SYS_linkat, AT_FDCWD, from, AT_FDCWD, to, 0);
 }
 int symlink(const char* from, const char* to) {
+    if (getenv("SWAP") != NULL) {
+        syscall(SYS_renameat2, AT_FDCWD, getenv("SWAP"), AT_FDCWD, "run.dat", 0);
+    }
     return lacks("symlink", EPERM) ? -1 : (int)syscall(SYS_symlinkat, from, AT_FDCWD, to);
 }
 int renameat2(int fromFolder, const char* from, int toFolder, const char* to, unsigned flags) {
     const char* place = getenv("NO_PLACE");
+    mayBeKilled();
     if (flags != 0 && lacks("renameat2", EINVAL)) {
         return -1;
     }
@@ -35,4 +55,8 @@ int renameat2(int fromFolder, const char* from, int toFolder, const char* to, un
 }
 int rename(const char* from, const char* to) {
     return renameat2(AT_FDCWD, from, AT_FDCWD, to, 0);
+}
+pid_t fork(void) {
+    static int forks = 0;
+    return ++forks > 1 && lacks("fork", EAGAIN) ? -1 : _Fork();
 }

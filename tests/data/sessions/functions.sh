@@ -27,17 +27,16 @@ isForeignFileMissing() {
     [ ! -e "$FOREIGN" ]
 }
 
-# The folder "in" with so many files, of which a fifth each are pairs, runs of two channels (two.run)
-# and broken, and the others are small.cdf.
+# The folder "in" with so many files that become ANDI files, of which a fifth each are pairs and broken
+# runs, and the others are runs of two channels (two.run).
 archive() {
     mkdir -p in
-    head -c 900 small.cdf >broken.cdf
+    head -c 200 two.run >broken.run
     for i in $(seq "$1"); do
         case $((i % 5)) in
         0) cp "$SAMPLES"/gc_run.sli in/${i}_.sli && cp "$SAMPLES"/gc_run.rpt in/${i}_.rpt ;;
-        1) cp two.run in/${i}_.run ;;
-        2) cp broken.cdf in/${i}_.cdf ;;
-        *) cp small.cdf in/${i}_.cdf ;;
+        1) cp broken.run in/${i}_.run ;;
+        *) cp two.run in/${i}_.run ;;
         esac
     done
 }
@@ -47,14 +46,31 @@ archive() {
 disturbed() {
     disturb=$1
     shift
-    korlit convert in "$@" >lines 2>sums &
+    korlit convert in --to andi "$@" >lines 2>sums &
     parent=$!
-    until [ -s lines ]; do :; done
+    until [ -s lines ] || ! kill -0 $parent 2>/dev/null; do sleep 0.01; done
     $disturb 2>/dev/null
     wait $parent
 }
 
-# All workers, again and again until one was killed at its work.
+# Converts with the options given, over and over, and has the whole group of processes killed at the
+# first move, the second and so on, until it is through. After each the folder out must be as one of
+# the folders before and after, once another conversion into it has begun.
+killedAtEachMove() {
+    for at in $(seq 100); do
+        rm -rf out && cp -r before out
+        setsid --wait sh -c 'KILL_AT=$0 ASAN_OPTIONS=verify_asan_link_order=0 LD_PRELOAD=$ODD_SYSTEM korlit "$@"' \
+            $at convert -d out -j 1 -q "$@" >/dev/null 2>&1 && break
+        # Its lock goes with the last of the group.
+        for lock in out/.korlit-*/lock; do [ ! -e "$lock" ] || flock "$lock" true; done
+        korlit convert -d out -q other.run >/dev/null
+        rm out/other1.cdf
+        diff -r before out >/dev/null || diff -r after out || echo "killed at $at"
+        ls -A out | grep korlit
+    done
+    test $at -gt 5 -a $at -lt 100
+}
+
 killWorkers() {
     while kill -0 $parent && ! grep -q 'killed by signal 9' lines; do
         read -r workers </proc/$parent/task/$parent/children
@@ -65,6 +81,10 @@ killWorkers() {
 
 interrupt() {
     kill -INT $parent
+}
+
+hangUp() {
+    kill -HUP $parent
 }
 
 # The long options of a text on a line.

@@ -1,0 +1,159 @@
+#include "host/convert/converter.h"
+
+#include "host/check/conversion_losses.h"
+#include "host/convert/delivery.h"
+#include "host/files/andi_image.h"
+#include "host/files/broken_files.h"
+#include "host/files/diagnosis.h"
+#include "host/files/staging.h"
+#include "host/system/moves.h"
+#include "host/system/temporary_folder.h"
+
+#include <chrono>
+#include <exception>
+#include <stdexcept>
+
+namespace korlit::host {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// The words of an error of the file system, with its path.
+std::string wordsOf(const fs::filesystem_error& error) {
+    const fs::path& path = error.path2().empty() ? error.path1() : error.path2();
+    return "Can't write " + path.string() + ": " + error.code().message();
+}
+
+fs::path folderOf(const Plan& plan) {
+    const fs::path folder = plan.targets.front().path.parent_path();
+    return folder.empty() ? "." : folder;
+}
+
+/// Throws where a run has other channels than were planned, or lacks some of what it announces and
+/// that isn't allowed; else warns of what it lacks.
+void lookAtRun(const Plan& plan, bool isCutAllowed, Outcome& outcome) {
+    const std::size_t channels = formatOf(plan.kind).targetEndings(plan.source).size();
+    if (channels != plan.targets.size()) {
+        throw std::runtime_error{"It has " + std::to_string(channels) + " channels now, and had " +
+                                 std::to_string(plan.targets.size()) + " when the batch began"};
+    }
+    const RunCut cut = runCut(plan.source);
+    if (cut.isOfSignal && !isCutAllowed) {
+        throw std::runtime_error{cut.words + " (--allow-cut converts them)"};
+    }
+    if (!cut.words.empty()) {
+        outcome.warnings.push_back(cut.words);
+    }
+}
+
+/// A run that grew or lost channels meanwhile has other files than were planned.
+void requireAllStaged(const Plan& plan, const fs::path& stage) {
+    std::size_t count = 0;
+    for (const auto& entry : fs::directory_iterator{stage}) {
+        count += entry.path().extension() == ".cdf" && !entry.is_symlink() ? 1 : 0;
+    }
+    if (plan.targets.size() != count) {
+        throw std::runtime_error{channelsChangedText};
+    }
+}
+
+std::string withDiagnosis(const std::string& message, const Plan& plan, const fs::path& stage) {
+    const std::string seen = diagnosisOf(plan, stage);
+    return seen.empty() ? message : message + " (" + seen + ")";
+}
+
+} // namespace
+
+Outcome Converter::perform(const Job& job, std::size_t number) {
+    const auto start = std::chrono::steady_clock::now();
+    Outcome outcome;
+    try {
+        const Decision decision = decide(job, options.existing);
+        outcome = decision.outcome;
+        if (decision.isToBegin) {
+            convert(job, number, decision, outcome);
+        }
+    } catch (const fs::filesystem_error& error) {
+        outcome.message = wordsOf(error);
+    } catch (const std::exception& error) {
+        outcome.message = error.what();
+    }
+    const std::chrono::duration<double> duration = std::chrono::steady_clock::now() - start;
+    outcome.seconds = duration.count();
+    return outcome;
+}
+
+void Converter::convert(const Job& job, std::size_t number, const Decision& decision,
+                        Outcome& outcome) {
+    const Plan& plan = job.plan;
+    if (plan.targets.empty()) {
+        const TemporaryFolder stage{fs::temp_directory_path()};
+        outcome.message =
+            withDiagnosis(convertStaged(plan, stage.path()).message, plan, stage.path());
+        return;
+    }
+    if (formatOf(plan.kind).hasChannels) {
+        lookAtRun(plan, options.isCutAllowed, outcome);
+    }
+    const fs::path& stage = workFolderIn(folderOf(plan));
+    const StagedResult result = convertStaged(plan, stage);
+    outcome.message = result.message;
+    if (!result.isConverted) {
+        outcome.message = withDiagnosis(result.message, plan, stage);
+        return;
+    }
+    if (formatOf(plan.kind).hasChannels) {
+        requireAllStaged(plan, stage);
+    }
+    outcome.points = result.points;
+    outcome.peaks = result.peaks;
+    if (formatOf(plan.kind).isAndi) {
+        AndiImage image;
+        loadWithoutSignal(image, plan.source);
+        outcome.warnings = cutsInPair(image);
+    }
+    Delivery delivery{.moves = {},
+                      .isReplacing = decision.isReplacing,
+                      .isSynced = options.isSynced,
+                      .record = {}};
+    for (const StagedFile& target : decision.targets) {
+        takePermissions(stage / target.stagedName, plan.source);
+        delivery.moves.push_back({.stagedName = target.stagedName, .path = target.path});
+    }
+    if (formatOf(plan.kind).isAndi) {
+        outcome.message += " and " + plan.targets.back().path.string();
+    }
+    Outcome whole = outcome;
+    whole.status = JobStatus::Converted;
+    delivery.record = options.batch + packOutcome(number, whole);
+    deliver(delivery, stage);
+    outcome = whole;
+}
+
+const fs::path& Converter::workFolderIn(const fs::path& folder) {
+    if (work && workParent == folder) {
+        // Until now the journal could have told of the last job.
+        work->clear(journalName);
+        return work->path();
+    }
+    fs::create_directories(folder);
+    work.emplace(folder);
+    workParent = folder;
+    return work->path();
+}
+
+std::optional<Outcome> settleFolder(const fs::path& folder, const std::string& batch,
+                                    std::size_t number) {
+    std::optional<Outcome> outcome;
+    settleAbandoned(folder, [&](const fs::path& workFolder) {
+        const auto record = settleDelivery(workFolder);
+        if (record && record->starts_with(batch) &&
+            packedJob(record->substr(batch.size())) == number) {
+            outcome = unpackOutcome(record->substr(batch.size()));
+        }
+    });
+    return outcome;
+}
+
+} // namespace korlit::host

@@ -1,0 +1,44 @@
+// What a worker does: one conversion after the other, each in its work folder and from there to its
+// place.
+#pragma once
+
+#include "host/convert/job.h"
+#include "host/system/work_folder.h"
+
+#include <optional>
+#include <string>
+
+namespace korlit::host {
+
+struct ConverterOptions {
+    Existing existing = Existing::Refuse;
+    bool isCutAllowed = false; ///< converts runs that lack samples or channels
+    bool isSynced = false;     ///< has the disk hold what was written
+    std::string batch{};       ///< tells this batch's deliveries from any other's
+};
+
+class Converter {
+  public:
+    explicit Converter(ConverterOptions converterOptions) : options{std::move(converterOptions)} {}
+
+    /// Does a job. Its targets come to their place all or none. `number` is that of the job.
+    Outcome perform(const Job& job, std::size_t number);
+
+    /// Removes the work folder.
+    void end() { work.reset(); }
+
+  private:
+    void convert(const Job& job, std::size_t number, const Decision& decision, Outcome& outcome);
+    const std::filesystem::path& workFolderIn(const std::filesystem::path& folder);
+
+    ConverterOptions options;
+    std::filesystem::path workParent;
+    std::optional<WorkFolder> work; ///< kept for as long as jobs go to the same folder
+};
+
+/// Ends what killed processes have begun in a folder, and removes what they left. Answers the
+/// outcome of job `number` of this batch if all its files are in their place now.
+std::optional<Outcome> settleFolder(const std::filesystem::path& folder, const std::string& batch,
+                                    std::size_t number);
+
+} // namespace korlit::host

@@ -1,0 +1,74 @@
+#include "host/files/diagnosis.h"
+
+#include "host/system/access.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <fstream>
+#include <string_view>
+
+namespace korlit::host {
+
+namespace {
+
+namespace fs = std::filesystem;
+using namespace std::string_view_literals;
+
+struct Signature {
+    std::string_view bytes;
+    const char* words;
+};
+
+/// Files that are often taken for one of ours.
+constexpr std::array<Signature, 9> signatures{{
+    {"CDF\x02"sv, "netCDF with 64-bit offsets: nccopy -k classic makes a classic file of it"},
+    {"CDF\x05"sv, "CDF-5: nccopy -k classic makes a classic file of it"},
+    {"\x89HDF\r\n\x1A\n"sv, "netCDF-4: nccopy -k classic makes a classic file of it"},
+    {"\x1F\x8B"sv, "compressed with gzip: unpack it first"},
+    {"BZh"sv, "compressed with bzip2: unpack it first"},
+    {"\xFD\x37zXZ"sv, "compressed with xz: unpack it first"},
+    {"\x28\xB5\x2F\xFD"sv, "compressed with zstd: unpack it first"},
+    {"PK\x03\x04"sv, "a ZIP archive: unpack it first"},
+    {"7z\xBC\xAF"sv, "a 7z archive: unpack it first"},
+}};
+
+std::string lookInside(const std::string& file, FileKind kind) {
+    const auto size = static_cast<std::int64_t>(fs::file_size(file));
+    if (size == 0) {
+        return "the file is empty";
+    }
+    std::string start(16, '\0');
+    std::ifstream{file, std::ios::binary}.read(start.data(), std::ssize(start));
+    const auto* const known = std::ranges::find_if(
+        signatures, [&](const Signature& each) { return start.starts_with(each.bytes); });
+    if (known != signatures.end()) {
+        return known->words;
+    }
+    return formatOf(kind).flaw(file, size);
+}
+
+} // namespace
+
+std::string diagnosisOf(const std::string& file, FileKind kind) {
+    const std::string problem = openProblem(file);
+    return problem.empty() ? lookInside(file, kind) : problem;
+}
+
+std::string withDiagnosis(const std::string& reason, const std::string& file, FileKind kind) {
+    const std::string seen = diagnosisOf(file, kind);
+    return seen.empty() ? reason : reason + " (" + seen + ")";
+}
+
+std::string diagnosisOf(const Plan& plan, const fs::path& stage) {
+    for (const StagedFile& file : plan.sources) {
+        const std::string words = diagnosisOf(file.path.string(), plan.kind);
+        if (!words.empty()) {
+            const bool isNamed = file.path == plan.source;
+            return isNamed ? words : file.path.filename().string() + ": " + words;
+        }
+    }
+    return isFull(stage) ? "no space is left there" : "";
+}
+
+} // namespace korlit::host

@@ -1,0 +1,23 @@
+// What can be seen in a file that no conversion takes, in words for whoever has to do with the
+// files and not with their formats.
+#pragma once
+
+#include "host/files/plan.h"
+
+#include <filesystem>
+#include <string>
+
+namespace korlit::host {
+
+/// Of a file that is taken for the kind: "the file is empty", "cut: 900 of 21,508 bytes are there".
+/// The empty text where nothing stands out.
+std::string diagnosisOf(const std::string& file, FileKind kind);
+
+/// Why a file can't be read: the reason that a reader has, and what can be seen.
+std::string withDiagnosis(const std::string& reason, const std::string& file, FileKind kind);
+
+/// What can be seen in the files that a plan starts from, and of the room in the folder for what it
+/// makes.
+std::string diagnosisOf(const Plan& plan, const std::filesystem::path& stage);
+
+} // namespace korlit::host

@@ -1,0 +1,20 @@
+// Whether two paths are one file, whatever names and links lead to it.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+
+namespace korlit::host {
+
+struct FileIdentity {
+    std::uint64_t device = 0;
+    std::uint64_t inode = 0;
+
+    auto operator<=>(const FileIdentity&) const = default;
+};
+
+/// Of the file or folder that a path leads to; nothing where there is none.
+std::optional<FileIdentity> identityOf(const std::filesystem::path& path);
+
+} // namespace korlit::host

@@ -1,0 +1,22 @@
+#include "host/system/standard_streams.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <initializer_list>
+
+namespace korlit::host {
+
+void openStandardStreams() {
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (fcntl(stream, F_GETFD) < 0) {
+            // It takes the lowest number that is free, which is this one.
+            const int opened = open("/dev/full", O_RDWR);
+            if (opened < 0) {
+                open("/dev/null", O_RDWR);
+            }
+        }
+    }
+}
+
+} // namespace korlit::host
