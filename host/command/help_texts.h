@@ -4,30 +4,41 @@
 namespace korlit::host {
 
 constexpr const char* convertHelp =
-    "Without --output-dir or --output the files are written beside their source, under its name:\n"
-    "an ANDI file becomes a pair (.sli, .rpt), a pair an ANDI file (.cdf), and a run one ANDI "
-    "file\n"
-    "for each channel (1.cdf, 2.cdf, ...). Nothing that exists is replaced unless --force is "
-    "given,\n"
-    "and files come to their place whole or not at all.\n"
-    "\n"
-    "Each file is converted in a worker process: one that crashes costs its one file. An "
-    "interrupt\n"
-    "ends the conversions that run and begins no new one; --skip-existing takes the rest up "
-    "again.\n"
-    "\n"
-    "--json prints the keys source, kind, outputs, result (converted, skipped or failed), "
-    "message,\n"
-    "warnings, seconds, points and peaks.\n"
-    "\n"
-    "Examples:\n"
-    "  korlit convert run.cdf\n"
-    "  korlit convert -r archive --output-dir converted\n"
-    "  korlit convert -r archive --output-dir converted --skip-existing   (take it up again)\n"
-    "  korlit convert run.sli --output exported.cdf\n"
-    "  find archive -name '*.cdf' | korlit convert --files-from - --json\n"
-    "\n"
-    "Exit status: 0 all were converted, 1 some failed, 2 wrong use, 130 interrupted.";
+    R"(Without --output-dir or --output the files are written beside their source, under
+its name: an ANDI file becomes a pair (.sli, .rpt), a pair an ANDI file (.cdf), and
+a run one ANDI file for each channel (1.cdf, 2.cdf, ...). Nothing that exists is
+replaced unless --force or --update is given, and the files of one conversion come
+to their place all or none, whenever the command is killed: the next one that
+writes into a folder ends what was begun there.
+
+No direction is guessed. Files that are named go by their content; what folders
+hold goes one way, which --to names where there are files for both. A source of
+the batch is never replaced.
+
+In folders, what is of a known kind by its content or its usual extension (.cdf,
+.sli, .run) is taken, and is a failure if it can't be read. All else is ignored;
+-v lists it. A run that lacks samples or channels that it announces is a failure
+unless --allow-cut is given.
+
+Each file is converted in a worker process: one that crashes costs its one file.
+An interrupt or a hang-up ends the conversions that run and begins no new one;
+--skip-existing takes the rest up again. --sync is for those who fear for the
+power: without it the system may write the files to the disk some seconds later.
+
+--json prints the keys source, kind, outputs, result (converted, skipped, failed,
+planned), message, warnings, seconds, points and peaks; source_bytes has the bytes
+of a path that isn't UTF-8, in hexadecimal.
+
+Examples:
+  korlit convert run.cdf
+  korlit convert -r archive --to pair --output-dir converted
+  korlit convert -r archive --to andi --update --dry-run
+  korlit convert -r archive --to andi --skip-existing     (take it up again)
+  korlit convert run.sli --output exported.cdf
+  find archive -name '*.cdf' -print0 | korlit convert -0 --files-from - --json
+
+Exit status: 0 all were converted, 1 some failed or the output could not be
+written, 2 wrong use, 130 interrupted.)";
 
 constexpr const char* infoHelp =
     R"(--json prints one object per file and line, with the keys file, kind (andi,
