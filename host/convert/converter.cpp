@@ -8,6 +8,8 @@
 #include "host/files/staging.h"
 #include "host/system/moves.h"
 #include "host/system/temporary_folder.h"
+#include "native/ostrelix.h"
+#include "platform/library.h"
 
 #include <chrono>
 #include <exception>
@@ -28,6 +30,12 @@ std::string wordsOf(const fs::filesystem_error& error) {
 fs::path folderOf(const Plan& plan) {
     const fs::path folder = plan.targets.front().path.parent_path();
     return folder.empty() ? "." : folder;
+}
+
+/// The library loads its sibling anew for each pair. In a process that holds it already, that takes
+/// next to no time.
+void holdSibling() {
+    [[maybe_unused]] static const LibraryHandle sibling = LoadLibraryA(ostrelixName);
 }
 
 /// Throws where a run has other channels than were planned, or lacks some of what it announces and
@@ -87,6 +95,7 @@ Outcome Converter::perform(const Job& job, std::size_t number) {
 void Converter::convert(const Job& job, std::size_t number, const Decision& decision,
                         Outcome& outcome) {
     const Plan& plan = job.plan;
+    holdSibling();
     if (plan.targets.empty()) {
         const TemporaryFolder stage{fs::temp_directory_path()};
         outcome.message =
