@@ -3,11 +3,13 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <initializer_list>
 
 namespace korlit::host {
 
 void openStandardStreams() {
+    std::signal(SIGPIPE, SIG_IGN);
     for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
         if (fcntl(stream, F_GETFD) < 0) {
             // It takes the lowest number that is free, which is this one.
