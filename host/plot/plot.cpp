@@ -3,6 +3,8 @@
 #include "host/data/data_set.h"
 #include "host/plot/chart_data.h"
 #include "host/plot/chart_file.h"
+#include "host/text/output.h"
+#include "host/text/utf8.h"
 #include "host/text/wrong_use.h"
 
 #include <filesystem>
@@ -37,7 +39,8 @@ void plotFile(const PlotOptions& options) {
     }
     const auto format = chartFormatOf(options.output).value_or(ChartFormat::Svg);
     writeChart(chartOf(options, sets), format, options.output);
-    std::cout << options.file << ": Wrote chart " << options.output << '\n';
+    std::cout << printable(options.file) << ": Wrote chart " << printable(options.output) << '\n';
+    finishOutput();
 }
 
 } // namespace korlit::host
