@@ -20,7 +20,8 @@ enum class SeekOrigin : std::uint8_t { Start = 0, Current = 1 };
 /// but a regular file: a folder has no bytes, and a pipe could hold the host up for ever.
 int _lopen(const char* path);
 
-/// Creates a file for writing, or empties it if it exists. fileError if that can't be done.
+/// Creates a file for writing, or empties it if it exists. fileError if that can't be done, or if
+/// the file is open as a CFile: it stays as it is.
 int _lcreat(const char* path);
 
 /// Writes out what is gathered. fileError if the handle isn't open for writing, or if bytes written
