@@ -477,7 +477,7 @@ TEST_F(ConditionsTest, FewCallsMoveAWholeFileAndNoChildInheritsIt) {
 }
 
 TEST_F(ConditionsTest, AMessageBoxOnABrokenPipeIsNoSignal) {
-    folder.write("huge.cdf", AndiText{.dimensions = "10 -1"}.bytes());
+    folder.write("huge.cdf", AndiText{.dimensions = "10 2147483647"}.bytes());
     const auto convert = [&] {
         std::signal(SIGPIPE, SIG_DFL);
         const int errors = dup(STDERR_FILENO);
