@@ -101,12 +101,23 @@ std::int64_t lengthOf(int descriptor) {
     return fstat(descriptor, &status) == 0 ? std::int64_t{status.st_size} : -1;
 }
 
+namespace {
+
+/// Most of what one call of the system is asked to move. For a huge write the system first looks
+/// for huge pages to keep it in, which can take several times as long as the write itself.
+std::size_t partOf(std::size_t byteCount) {
+    constexpr std::size_t most = 2 * 1024 * 1024;
+    return std::min(byteCount, most);
+}
+
+} // namespace
+
 Transfer readAt(int descriptor, std::span<std::byte> target, std::int64_t byteCount,
                 std::int64_t place) {
     bool hasFailed = false;
     const std::int64_t moved = transferAll(byteCount, [&](std::int64_t done) {
         const std::span<std::byte> left = target.subspan(static_cast<std::size_t>(done));
-        const ssize_t count = pread(descriptor, left.data(), left.size(), place + done);
+        const ssize_t count = pread(descriptor, left.data(), partOf(left.size()), place + done);
         hasFailed = count < 0 && errno != EINTR;
         return count;
     });
@@ -116,7 +127,7 @@ Transfer readAt(int descriptor, std::span<std::byte> target, std::int64_t byteCo
 std::int64_t writeAt(int descriptor, std::span<const std::byte> source, std::int64_t place) {
     return transferAll(std::ssize(source), [&](std::int64_t done) {
         const std::span<const std::byte> left = source.subspan(static_cast<std::size_t>(done));
-        return pwrite(descriptor, left.data(), left.size(), place + done);
+        return pwrite(descriptor, left.data(), partOf(left.size()), place + done);
     });
 }
 

@@ -30,6 +30,7 @@ namespace {
 
 bool areCallsInterrupted = false;
 int transferCount = 0;
+std::size_t largestTransfer = 0;
 std::int64_t diskRoom = INT64_MAX; ///< bytes that files may still grow by
 int flagsOfAll = ~0;               ///< those that no file was opened without
 
@@ -64,6 +65,7 @@ std::size_t takenByDisk(int file, std::size_t byteCount, off_t offset) {
 template <typename Bytes>
 ssize_t transfer(long number, int file, Bytes bytes, std::size_t byteCount, off_t offset) {
     ++transferCount;
+    largestTransfer = std::max(largestTransfer, byteCount);
     const std::size_t part = granted(byteCount);
     return part == 0 && byteCount > 0 ? -1 : syscall(number, file, bytes, part, offset);
 }
@@ -474,6 +476,19 @@ TEST_F(ConditionsTest, FewCallsMoveAWholeFileAndNoChildInheritsIt) {
         EXPECT_LE(transferCount, most) << source.second;
         EXPECT_NE(flagsOfAll & O_CLOEXEC, 0);
     }
+}
+
+TEST_F(ConditionsTest, ALongSignalMovesInParts) {
+    folder.write("long.sli", readFile("run.sli").replace(0, 4, little(2'000'001)));
+    fs::resize_file("long.sli", 2048 + 8'000'004);
+    folder.write("long.rpt", readFile("run.rpt"));
+    for (const Source& source : {Source{"Merivolta2Andi", "long.sli"}, {andi.first, "long.cdf"}}) {
+        largestTransfer = 0;
+        EXPECT_EQ(call(source).front(), '1');
+        EXPECT_TRUE(largestTransfer >= mebibyte && largestTransfer <= 4 * mebibyte)
+            << largestTransfer;
+    }
+    EXPECT_EQ(fs::file_size("long.sli"), 2048 + 8'000'004);
 }
 
 TEST_F(ConditionsTest, AMessageBoxOnABrokenPipeIsNoSignal) {
