@@ -241,7 +241,7 @@ std::int32_t AllocAndiArray(GlobalHandle* handle, void** items, std::int32_t blo
                             std::int32_t elementCount, std::int32_t elementSize) {
     *items = nullptr;
     const std::int64_t capacity = std::max<std::int64_t>(block, roundUp(elementCount, block));
-    *handle = GlobalAlloc(elementCount < 0 ? -1 : capacity * elementSize);
+    *handle = GlobalAlloc(capacity * elementSize);
     if (*handle == nullptr) {
         showMemoryError("ReadAndi 5");
         return 0;

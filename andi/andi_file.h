@@ -169,8 +169,8 @@ constexpr std::int32_t arrayBlock = 4;
 std::int32_t GrowAndiArray(std::int16_t* count, GlobalHandle* handle, void** items,
                            std::int32_t block, std::int32_t increment, std::int32_t elementSize);
 
-/// A new zero-filled array of at least `elementCount` elements. Answers 1, or 0 behind a message
-/// box with handle and pointer null.
+/// A new zero-filled array of at least `elementCount` elements, and of a block in any case: a
+/// negative count is none. Answers 1, or 0 behind a message box with handle and pointer null.
 std::int32_t AllocAndiArray(GlobalHandle* handle, void** items, std::int32_t block,
                             std::int32_t elementCount, std::int32_t elementSize);
 

@@ -92,13 +92,14 @@ bool allocateArray(GlobalHandle& handle, Entry*& entries, std::int32_t count) {
 }
 
 /// Reads the padded bytes of a name or value and clears the padding, whatever the file had there.
-/// Answers whether they came.
+/// A negative size that is padded to 0 has no bytes. Answers whether they came.
 bool readPadded(const Load& load, void* target, std::int64_t byteCount) {
-    if (ReadChecked(load.handle, target, round4(byteCount)) != 0) {
+    const std::int64_t paddedSize = round4(byteCount);
+    if (ReadChecked(load.handle, target, paddedSize) != 0) {
         return false;
     }
-    std::memset(static_cast<char*>(target) + byteCount, 0,
-                static_cast<std::size_t>(round4(byteCount) - byteCount));
+    const std::int64_t used = std::max<std::int64_t>(0, byteCount);
+    std::memset(static_cast<char*>(target) + used, 0, static_cast<std::size_t>(paddedSize - used));
     return true;
 }
 
@@ -108,7 +109,7 @@ void ReadAndiString(const Load& load, GlobalHandle& handle, char*& text) {
     if (hasReadFailed()) {
         return;
     }
-    if (length < 0 || !acquireBlock(handle, text, round4(length) + 1)) {
+    if (!acquireBlock(handle, text, round4(length) + 1)) {
         setReadFailed();
         return;
     }
@@ -124,8 +125,8 @@ bool readAttribute(const Load& load, AndiAttribute& attribute) {
     }
     const std::int64_t size = elementSize(attribute.Type);
     const std::int64_t byteCount = attribute.Count * size;
-    if (byteCount < 0 ||
-        !acquireBlock(attribute.ValueHandle, attribute.Value, round4(byteCount) + 1)) {
+    attribute.Count = std::max(0, attribute.Count);
+    if (!acquireBlock(attribute.ValueHandle, attribute.Value, round4(byteCount) + 1)) {
         return fail(load, outOfMemoryText);
     }
     if (readPadded(load, attribute.Value, byteCount)) {
@@ -135,7 +136,7 @@ bool readAttribute(const Load& load, AndiAttribute& attribute) {
 }
 
 // The arrays below count an entry when its reading begins, so that a release after a failure walks
-// over what was begun and not over what a broken file announced.
+// over what was begun and not over what a broken file announced. A negative number is none.
 
 bool ReadAttributeList(const Load& load, AndiAttributeList& list) {
     std::int32_t count = 0;

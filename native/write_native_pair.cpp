@@ -31,7 +31,8 @@ void writeZeros(int file, std::int64_t byteCount) {
     }
 }
 
-/// The RepHeader goes out twice: first to take up its room, then with the place of the results.
+/// The RepHeader goes out twice: first to take up its room, then with the place of the results,
+/// once these are in the file: one that was cut short announces none.
 void writeReportFile(int file, const PeakRecord* peaks) {
     const std::int64_t peakTableSize = peakTableEntrySize * TheResHeader.PeakTableCount;
     const std::int64_t peakSize = sizeof(PeakRecord);
@@ -44,6 +45,7 @@ void writeReportFile(int file, const PeakRecord* peaks) {
     for (int i = 0; i < TheResHeader.PeakCount; ++i) {
         WriteChecked(file, &peaks[i], peakSize);
     }
+    FlushWritten(file);
     _llseek(file, 0, SeekOrigin::Start);
     WriteChecked(file, &TheRepHeader, sizeof TheRepHeader);
 }
@@ -103,6 +105,7 @@ bool mapFile(Writing& writing) {
 bool writeFiles(Writing& writing) {
     beginWriting();
     WriteSliceFile(writing.slice, writing.blocks.data);
+    FlushWritten(writing.slice);
     writeReportFile(writing.report, writing.blocks.peaks);
     writing.closeFiles();
     return !hasWriteFailed() || fail(writing, writeFailedText);

@@ -18,7 +18,7 @@ bool CFile::Open(const char* path) {
     if (faultAt(FaultPoint::Open) != FaultKind::None) {
         return false;
     }
-    descriptor = openRegularFile(path);
+    descriptor = openProtected(path);
     position = 0;
     isAtEnd = false;
     if (descriptor >= 0) {
@@ -47,7 +47,7 @@ std::int64_t CFile::GetRemaining() const {
 
 void CFile::Close() {
     if (descriptor >= 0) {
-        closeDescriptor(descriptor);
+        closeProtected(descriptor);
         descriptor = noDescriptor;
         countHeldFiles(-1);
     }

@@ -14,7 +14,8 @@ class CFile {
     /// Closes the file if it is open.
     ~CFile();
 
-    /// Opens a regular file for reading; others may use it meanwhile. Answers whether it did.
+    /// Opens a regular file for reading. While it is open nothing in this process creates a file
+    /// over it; others may use it. Answers whether it did.
     bool Open(const char* path);
 
     /// Reads up to `byteCount` bytes from where the last read ended. Answers the number read, fewer

@@ -49,6 +49,12 @@ std::int32_t WriteChecked(int file, const void* source, std::int64_t byteCount) 
     return WriteErrorFlag;
 }
 
+void FlushWritten(int file) {
+    if (_lflush(file) == fileError) {
+        setWriteFailed();
+    }
+}
+
 void CloseWritten(int file) {
     if (_lclose(file) == fileError) {
         setWriteFailed();

@@ -24,6 +24,10 @@ void setWriteFailed();
 std::int32_t ReadChecked(int file, void* target, std::int64_t byteCount);
 std::int32_t WriteChecked(int file, const void* source, std::int64_t byteCount);
 
+/// Brings to the file what was written to it so far, ahead of a write whose place in the order
+/// shows where the disk fails. Loss is a write that fell short.
+void FlushWritten(int file);
+
 /// Closes a file that was written. A close that fails counts as a write that fell short: the system
 /// may tell only then that bytes were lost.
 void CloseWritten(int file);

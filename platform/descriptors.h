@@ -20,7 +20,13 @@ int openUninterrupted(const char* path, int flags);
 /// regular file.
 int openRegularFile(const char* path);
 
-/// Creates a file for writing, or empties it if it exists.
+/// Opens a regular file for reading, as above, and protects it: until closeProtected, nothing in
+/// this process creates a file over it, under whatever name.
+int openProtected(const char* path);
+void closeProtected(int descriptor);
+
+/// Creates a file for writing, or empties it if it exists. Fails, and leaves it as it is, if that
+/// is protected.
 int createFile(const char* path);
 
 /// Answers whether all went well. The descriptor is gone in any case.

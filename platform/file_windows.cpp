@@ -63,13 +63,13 @@ Stretches FileWindows::makeRoom(std::int64_t place, std::int64_t byteCount) {
         latest = 1 - latest;
     } else if (!latestWindow().adjoins(place, byteCount)) {
         latest = 1 - latest;
-        due[1] = latestWindow().give();
+        due[0] = latestWindow().give();
         latestWindow().start = place;
     }
     // One that is full goes out on the way, so that a loss is told early.
     Window& other = otherWindow();
     if (other.length == size || other.overlaps(place, byteCount)) {
-        due[0] = other.give();
+        due[1] = other.give();
     }
     return due;
 }
@@ -81,18 +81,8 @@ void FileWindows::gather(std::int64_t place, std::span<const std::byte> source) 
     window.length = std::max(window.length, offset + std::ssize(source));
 }
 
-Stretches FileWindows::giveOverlaps(std::int64_t place, std::int64_t byteCount) {
-    Stretches due;
-    for (std::size_t each = 0; each < windows.size(); ++each) {
-        if (windows[each].overlaps(place, byteCount)) {
-            due[each] = windows[each].give();
-        }
-    }
-    return due;
-}
-
 Stretches FileWindows::giveAll() {
-    return {windows[0].give(), windows[1].give()};
+    return {otherWindow().give(), latestWindow().give()};
 }
 
 } // namespace korlit

@@ -16,8 +16,8 @@ struct Stretch {
     std::span<const std::byte> bytes;
 };
 
-/// What is to be written out, in this order; an empty stretch is none. The bytes are the windows'
-/// own, until something is gathered.
+/// What is to be written out, in this order, that of its gathering; an empty stretch is none. The
+/// bytes are the windows' own, until something is gathered.
 using Stretches = std::array<Stretch, 2>;
 
 /// A file is either read or written; `clear` comes first in both cases.
@@ -40,8 +40,6 @@ class FileWindows {
     Stretches makeRoom(std::int64_t place, std::int64_t byteCount);
     void gather(std::int64_t place, std::span<const std::byte> source);
 
-    /// Lets go of what would later go over `byteCount` bytes at a place, and answers it.
-    Stretches giveOverlaps(std::int64_t place, std::int64_t byteCount);
     /// Lets go of all that is gathered, and answers it.
     Stretches giveAll();
 

@@ -67,12 +67,11 @@ std::int64_t readBehind(OpenFile& file, std::span<std::byte> target, std::int64_
     return file.windows.take(place, target);
 }
 
-/// Writes out what was gathered. A failure is the file's from then on.
+/// Writes out what was gathered. A failure is the file's from then on, and the end of its writing.
 void writeOut(OpenFile& file, const Stretches& stretches) {
     for (const auto& [place, bytes] : stretches) {
-        if (!bytes.empty()) {
-            const std::int64_t moved = writeAt(file.descriptor, bytes, place);
-            file.hasFailed = file.hasFailed || moved != std::ssize(bytes);
+        if (!bytes.empty() && !file.hasFailed) {
+            file.hasFailed = writeAt(file.descriptor, bytes, place) != std::ssize(bytes);
         }
     }
 }
@@ -110,14 +109,21 @@ int _lcreat(const char* path) {
     return newHandle(createFile(path), true);
 }
 
+int _lflush(int handle) {
+    OpenFile* file = openFileOf(handle);
+    if (file == nullptr || !file->isWritten) {
+        return fileError;
+    }
+    writeOut(*file, file->windows.giveAll());
+    return file->hasFailed ? fileError : 0;
+}
+
 int _lclose(int handle) {
     OpenFile* file = openFileOf(handle);
     if (file == nullptr) {
         return fileError;
     }
-    if (file->isWritten) {
-        writeOut(*file, file->windows.giveAll());
-    }
+    _lflush(handle);
     const bool isClosed = closeDescriptor(file->descriptor) && !file->hasFailed;
     file->descriptor = noDescriptor;
     countHeldFiles(-1);
@@ -154,7 +160,7 @@ std::int64_t _hwrite(int handle, const void* source, std::int64_t byteCount) {
     const std::span bytes{static_cast<const std::byte*>(source), static_cast<std::size_t>(wanted)};
     std::int64_t done = wanted;
     if (wanted >= FileWindows::size) {
-        writeOut(*file, file->windows.giveOverlaps(file->position, wanted));
+        writeOut(*file, file->windows.giveAll());
         done = file->hasFailed ? 0 : writeAt(file->descriptor, bytes, file->position);
     } else if (wanted > 0) {
         writeOut(*file, file->windows.makeRoom(file->position, wanted));

@@ -2,8 +2,9 @@
 //
 // Reads go through a window of the file that one system call brings in, and writes gather in one
 // that a system call takes out, so a header of hundreds of 4-byte fields costs a handful of calls;
-// large transfers go past it, straight to their target. A seek is only a change of position and
-// costs nothing. Calls that a signal interrupts are taken up again.
+// large transfers go past it, straight to their target, behind what was gathered. Nothing more goes
+// out once bytes did not reach the file: what it then holds is what came ahead of them. A seek is
+// only a change of position and costs nothing. Calls that a signal interrupts are taken up again.
 #pragma once
 
 #include <cstdint>
@@ -19,8 +20,13 @@ enum class SeekOrigin : std::uint8_t { Start = 0, Current = 1 };
 /// but a regular file: a folder has no bytes, and a pipe could hold the host up for ever.
 int _lopen(const char* path);
 
-/// Creates a file for writing, or empties it if it exists. fileError if that can't be done.
+/// Creates a file for writing, or empties it if it exists. fileError if that can't be done, or if
+/// the file is open as a CFile: it stays as it is.
 int _lcreat(const char* path);
+
+/// Writes out what is gathered. fileError if the handle isn't open for writing, or if bytes written
+/// before did not reach the file.
+int _lflush(int handle);
 
 /// Closes a handle. fileError if it wasn't open, or if bytes written before did not reach the file,
 /// which may show only now.

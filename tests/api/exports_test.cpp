@@ -152,6 +152,16 @@ TEST_F(ExportsTest, TakesAnyPathOfARun) {
     EXPECT_EQ(callAsHost(dunvale2Andi, noName, noFolder),
               (Answer{0, noName, ("Error writing Andi File " + noFolder).substr(0, noFolder.size()),
                       true}));
+    // The run by its own name, by a link's, and by that of a channel's file.
+    fs::create_symlink(dad, folder.path("link"));
+    EXPECT_TRUE(fs::remove(folder.path("dad2.cdf")));
+    fs::create_hard_link(dad, folder.path("dad2.cdf"));
+    for (const std::string& name : {dad, folder.path("link"), folder.path("dad2.cdf")}) {
+        const bool isOfChannel = name.ends_with(".cdf");
+        EXPECT_EQ(callAsHost(dunvale2Andi, dad, isOfChannel ? "" : name),
+                  (Answer{0, dad, "Error writing Andi File " + name, true}));
+        EXPECT_EQ(readFile(dad), readFile(SAMPLES "dad_run.run"));
+    }
 
     std::array<char, 100> buffer{};
     EXPECT_EQ(dunvale2Andi(nullptr, buffer.data()), 0);

@@ -175,6 +175,26 @@ TEST_F(Files, TheEndOfAFileThatGrowsIsFinal) {
     EXPECT_EQ(file.Read(bytes, 4), 4);
 }
 
+TEST_F(Files, NothingIsCreatedOverAnOpenCFile) {
+    const std::string path = folder.write("x", "abc");
+    const std::string linked = folder.path("linked");
+    const std::string symbolic = folder.path("symbolic");
+    std::filesystem::create_hard_link(path, linked);
+    std::filesystem::create_symlink(path, symbolic);
+    CFile file;
+    CFile another;
+    ASSERT_TRUE(file.Open(path.c_str()) && another.Open(symbolic.c_str()));
+    another.Close();
+    for (const std::string& name : {path, linked, symbolic}) {
+        EXPECT_EQ(_lcreat(name.c_str()), fileError) << name;
+        EXPECT_EQ(test::readFile(path), "abc");
+    }
+    file.Close();
+    const int created = _lcreat(symbolic.c_str());
+    EXPECT_EQ(test::readFile(path), "");
+    EXPECT_EQ(_lclose(created), 0);
+}
+
 TEST_F(Files, OpensRegularFilesOnly) {
     const std::string pipe = folder.path("pipe");
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
