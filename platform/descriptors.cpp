@@ -106,7 +106,7 @@ namespace {
 /// Most of what one call of the system is asked to move. For a huge write the system first looks
 /// for huge pages to keep it in, which can take several times as long as the write itself.
 std::size_t partOf(std::size_t byteCount) {
-    constexpr std::size_t most = 2 * 1024 * 1024;
+    constexpr std::size_t most = 2UL * 1024 * 1024;
     return std::min(byteCount, most);
 }
 
