@@ -140,17 +140,21 @@ class Pool {
 
     /// Waits a while for answers and takes those that are there.
     void await() {
+        std::vector<Worker*> busy;
         std::vector<pollfd> channels;
-        for (const Worker& worker : workers) {
-            channels.push_back(
-                {.fd = worker.isBusy ? worker.channel : -1, .events = POLLIN, .revents = 0});
+        for (Worker& worker : workers) {
+            // The system refuses to look at more channels than a process may have.
+            if (worker.isBusy) {
+                busy.push_back(&worker);
+                channels.push_back({.fd = worker.channel, .events = POLLIN, .revents = 0});
+            }
         }
         if (poll(channels.data(), channels.size(), tickMs) <= 0) {
             return;
         }
-        for (std::size_t i = 0; i < workers.size(); ++i) {
+        for (std::size_t i = 0; i < busy.size(); ++i) {
             if (channels[i].revents != 0) {
-                take(workers[i]);
+                take(*busy[i]);
             }
         }
     }
