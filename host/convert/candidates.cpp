@@ -115,7 +115,9 @@ class Collector {
 
     void addFolder(const fs::path& folder, const fs::path& below) {
         std::error_code error;
-        if (!options.outputFolder.empty() && fs::equivalent(folder, options.outputFolder, error)) {
+        const bool isBelow = !below.empty();
+        if (isBelow && !options.outputFolder.empty() &&
+            fs::equivalent(folder, options.outputFolder, error)) {
             return; // what an earlier batch has written there is not its own input
         }
         error.clear();

@@ -29,30 +29,48 @@ std::string newBatchName() {
     return name;
 }
 
-/// Ends what killed processes have left in the folders of the targets.
-void settleFolders(const WorkList& work) {
+/// Ends what killed processes have left in these folders.
+void settleFolders(const std::set<fs::path>& folders) {
+    SettledOutcomes ofOthers;
+    for (const fs::path& folder : folders) {
+        settleFolder(folder, "none", ofOthers);
+    }
+}
+
+/// The folders that were named, of which the list is made.
+std::set<fs::path> namedFolders(const WorkOptions& options) {
+    std::set<fs::path> folders{options.outputFolder};
+    for (const std::string& path : options.paths) {
+        std::error_code ignored;
+        if (fs::is_directory(path, ignored)) {
+            folders.insert(path);
+        }
+    }
+    return folders;
+}
+
+std::set<fs::path> targetFolders(const WorkList& work) {
     std::set<fs::path> folders;
     for (const Job& job : work.jobs) {
         for (const StagedFile& target : job.plan.targets) {
             folders.insert(target.path.parent_path());
         }
     }
-    for (const fs::path& folder : folders) {
-        settleFolder(folder.empty() ? "." : folder, "none", 0);
-    }
+    return folders;
 }
 
 /// A worker that was killed behind its last move has converted its file all the same.
-Outcome outcomeOf(const TaskResult& result, const Job& job, const std::string& batch) {
+Outcome outcomeOf(const TaskResult& result, const Job& job, const std::string& batch,
+                  SettledOutcomes& settled) {
     if (result.isAnswered) {
         return unpackOutcome(result.text);
     }
-    Outcome outcome{.message = "Not converted, its process " + result.text};
     if (!job.plan.targets.empty()) {
-        const fs::path folder = job.plan.targets.front().path.parent_path();
-        outcome = settleFolder(folder.empty() ? "." : folder, batch, result.task).value_or(outcome);
+        settleFolder(job.plan.targets.front().path.parent_path(), batch, settled);
     }
-    return outcome;
+    const auto known = settled.find(result.task);
+    return known != settled.end() ? known->second
+                                  : Outcome{.message = "Not converted, its process " + result.text};
 }
 
 void planAll(const WorkList& work, Existing existing, Report& report) {
@@ -67,7 +85,8 @@ void convertInWorkers(const WorkList& work, const ConvertOptions& options, Repor
                          .isCutAllowed = options.isCutAllowed,
                          .isSynced = options.isSynced,
                          .batch = batch}};
-    settleFolders(work);
+    settleFolders(targetFolders(work));
+    SettledOutcomes settled;
     runInWorkers(options.workerCount, work.jobs.size(),
                  {.run =
                       [&](std::size_t task) {
@@ -77,7 +96,7 @@ void convertInWorkers(const WorkList& work, const ConvertOptions& options, Repor
                   .finished =
                       [&](const TaskResult& result) {
                           const Job& job = work.jobs[result.task];
-                          report.add(job, outcomeOf(result, job, batch));
+                          report.add(job, outcomeOf(result, job, batch, settled));
                       },
                   .tick = [&] { report.tick(); },
                   .mayGoOn = [] { return !isInterrupted(); }});
@@ -86,6 +105,9 @@ void convertInWorkers(const WorkList& work, const ConvertOptions& options, Repor
 } // namespace
 
 int convertAll(const ConvertOptions& options) {
+    if (!options.isDryRun) {
+        settleFolders(namedFolders(options.work));
+    }
     const WorkList work = listWork(options.work);
     if (options.report.isVerbose) {
         for (const std::string& file : work.ignored) {

@@ -152,17 +152,14 @@ const fs::path& Converter::workFolderIn(const fs::path& folder) {
     return work->path();
 }
 
-std::optional<Outcome> settleFolder(const fs::path& folder, const std::string& batch,
-                                    std::size_t number) {
-    std::optional<Outcome> outcome;
-    settleAbandoned(folder, [&](const fs::path& workFolder) {
+void settleFolder(const fs::path& folder, const std::string& batch, SettledOutcomes& settled) {
+    settleAbandoned(folder.empty() ? "." : folder, [&](const fs::path& workFolder) {
         const auto record = settleDelivery(workFolder);
-        if (record && record->starts_with(batch) &&
-            packedJob(record->substr(batch.size())) == number) {
-            outcome = unpackOutcome(record->substr(batch.size()));
+        if (record && record->starts_with(batch)) {
+            const std::string outcome = record->substr(batch.size());
+            settled.emplace(packedJob(outcome), unpackOutcome(outcome));
         }
     });
-    return outcome;
 }
 
 } // namespace korlit::host

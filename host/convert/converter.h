@@ -5,6 +5,7 @@
 #include "host/convert/job.h"
 #include "host/system/work_folder.h"
 
+#include <map>
 #include <optional>
 #include <string>
 
@@ -36,9 +37,12 @@ class Converter {
     std::optional<WorkFolder> work; ///< kept for as long as jobs go to the same folder
 };
 
-/// Ends what killed processes have begun in a folder, and removes what they left. Answers the
-/// outcome of job `number` of this batch if all its files are in their place now.
-std::optional<Outcome> settleFolder(const std::filesystem::path& folder, const std::string& batch,
-                                    std::size_t number);
+/// What is known of jobs whose processes were killed, by their numbers.
+using SettledOutcomes = std::map<std::size_t, Outcome>;
+
+/// Ends what killed processes have begun in a folder, and removes what they left. Adds the outcomes
+/// of this batch's jobs of which all files are in their place now.
+void settleFolder(const std::filesystem::path& folder, const std::string& batch,
+                  SettledOutcomes& settled);
 
 } // namespace korlit::host

@@ -10,6 +10,7 @@
 #include <exception>
 #include <fstream>
 #include <iterator>
+#include <utility>
 
 namespace korlit::host {
 
@@ -19,10 +20,24 @@ namespace fs = std::filesystem;
 
 constexpr const char* undoName = "undo";
 
+/// What stood at a place when the journal was written: the file and when it was last changed, or
+/// nothing. Whatever else is found there later is somebody's, and stays.
+using FoundState = std::optional<std::pair<FileIdentity, std::int64_t>>;
+
+FoundState stateOf(const fs::path& file) {
+    const auto identity = identityOf(file);
+    std::error_code error;
+    const auto time = fs::last_write_time(file, error);
+    return identity && !error
+               ? FoundState{{*identity, static_cast<std::int64_t>(time.time_since_epoch().count())}}
+               : std::nullopt;
+}
+
 /// A move of the journal: with what tells the moved file from any other at its place.
 struct JournalMove {
     Move move;
     FileIdentity identity;
+    FoundState replaced;
 };
 
 struct Journal {
@@ -48,16 +63,18 @@ Journal journalOf(const Delivery& delivery, const fs::path& workFolder) {
             throw fs::filesystem_error{"Can't write", move.path,
                                        std::make_error_code(std::errc::no_such_file_or_directory)};
         }
-        journal.moves.push_back({.move = move, .identity = *identity});
+        journal.moves.push_back(
+            {.move = move, .identity = *identity, .replaced = stateOf(move.path)});
     }
     return journal;
 }
 
 void writeJournal(const Journal& journal, const fs::path& workFolder, bool isSynced) {
     nlohmann::json moves = nlohmann::json::array();
-    for (const auto& [move, identity] : journal.moves) {
-        moves.push_back(
-            {move.stagedName, move.path.filename().string(), identity.device, identity.inode});
+    for (const auto& [move, identity, replaced] : journal.moves) {
+        const auto& [old, time] = replaced.value_or(std::pair{FileIdentity{}, std::int64_t{0}});
+        moves.push_back({move.stagedName, move.path.filename().string(), identity.device,
+                         identity.inode, replaced.has_value(), old.device, old.inode, time});
     }
     const auto bytes = nlohmann::json::to_cbor({journal.isReplacing, journal.record, moves});
     const fs::path draft = workFolder / (std::string{journalName} + ".new");
@@ -74,6 +91,12 @@ void writeJournal(const Journal& journal, const fs::path& workFolder, bool isSyn
     fs::rename(draft, workFolder / journalName);
 }
 
+FoundState replacedIn(const nlohmann::json& move) {
+    return move.at(4).get<bool>()
+               ? FoundState{{{.device = move.at(5), .inode = move.at(6)}, move.at(7)}}
+               : std::nullopt;
+}
+
 /// The journal names files by their last part alone: whoever reads it may stand in another folder.
 std::optional<Journal> readJournal(const fs::path& workFolder, const char* name) {
     std::ifstream in{workFolder / name, std::ios::binary};
@@ -82,12 +105,13 @@ std::optional<Journal> readJournal(const fs::path& workFolder, const char* name)
     }
     const std::string bytes{std::istreambuf_iterator<char>{in}, {}};
     const nlohmann::json json = nlohmann::json::from_cbor(bytes);
-    Journal journal{.moves = {}, .isReplacing = json[0], .record = json[1]};
-    for (const auto& move : json[2]) {
-        const fs::path target{move[1].get<std::string>()};
-        journal.moves.push_back(
-            {.move = {.stagedName = move[0], .path = workFolder.parent_path() / target.filename()},
-             .identity = {.device = move[2], .inode = move[3]}});
+    Journal journal{.moves = {}, .isReplacing = json.at(0), .record = json.at(1)};
+    for (const auto& move : json.at(2)) {
+        const fs::path target{move.at(1).get<std::string>()};
+        journal.moves.push_back({.move = {.stagedName = move.at(0),
+                                          .path = workFolder.parent_path() / target.filename()},
+                                 .identity = {.device = move.at(2), .inode = move.at(3)},
+                                 .replaced = replacedIn(move)});
     }
     return journal;
 }
@@ -117,6 +141,10 @@ void makeMoves(const Journal& journal, const fs::path& workFolder) {
             continue;
         }
         if (journal.isReplacing) {
+            if (isThere(move.path) && stateOf(move.path) != journal.moves[i].replaced) {
+                throw fs::filesystem_error{"Can't write", move.path,
+                                           std::make_error_code(std::errc::file_exists)};
+            }
             if (!isThere(keptFile(workFolder, i))) {
                 keepOld(move.path, keptFile(workFolder, i));
             }
@@ -133,10 +161,11 @@ void undoMoves(const Journal& journal, const fs::path& workFolder) {
     std::error_code ignored;
     fs::rename(workFolder / journalName, workFolder / undoName, ignored);
     for (std::size_t i = 0; i < journal.moves.size(); ++i) {
-        const auto& [move, identity] = journal.moves[i];
-        if (isThere(keptFile(workFolder, i))) {
+        const auto& [move, identity, replaced] = journal.moves[i];
+        const bool isOurs = identityOf(move.path) == identity;
+        if (isThere(keptFile(workFolder, i)) && (isOurs || !isThere(move.path))) {
             fs::rename(keptFile(workFolder, i), move.path, ignored);
-        } else if (identityOf(move.path) == identity) {
+        } else if (isOurs) {
             fs::remove(move.path, ignored);
         }
     }

@@ -49,7 +49,8 @@ std::string outputProblem(const Plan& plan, const fs::path& output) {
                plan.targets.front().path.extension().string();
     }
     std::error_code ignored;
-    if (fs::is_directory(output, ignored)) {
+    const fs::path last = output.filename();
+    if (fs::is_directory(output, ignored) || last.empty() || last == "." || last == "..") {
         return name + " is a folder: say --output-dir " + name;
     }
     const bool isFitting = std::ranges::any_of(plan.targets, [&](const StagedFile& target) {

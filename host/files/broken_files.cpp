@@ -9,11 +9,16 @@
 #include "platform/checked_io.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <fstream>
 
 namespace korlit::host {
 
 namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::int64_t runHeadSize = sizeof(RunFileHead) + sizeof(RunInfo) + sizeof(std::int16_t);
 
 std::string cutWords(std::int64_t there, std::int64_t due, const char* things) {
     return "cut: " + groupedDigits(there) + " of " + groupedDigits(due) + ' ' + things +
@@ -67,16 +72,19 @@ std::string flawOfPairFile(const std::string& file, std::int64_t size) {
     return there < header.PointCount ? cutWords(there, header.PointCount, "samples") : "";
 }
 
-std::string flawOfRun(const std::string& file, std::int64_t size) {
-    constexpr std::int64_t headSize = sizeof(RunFileHead) + sizeof(RunInfo) + sizeof(std::int16_t);
-    return size < headSize ? cutInHead(size) : runCut(file).words;
+std::string flawOfRun(const std::string& file, std::int64_t /*size*/) {
+    return runCut(file).words;
 }
 
 RunCut runCut(const std::string& file) {
     CFile run;
     const auto extent = run.Open(file.c_str()) ? extentOf(run) : std::nullopt;
     if (!extent) {
-        return {};
+        std::error_code error;
+        const auto size = fs::file_size(file, error);
+        const bool isCut = !error && static_cast<std::int64_t>(size) < runHeadSize;
+        return {.words = isCut ? cutInHead(static_cast<std::int64_t>(size)) : "",
+                .isOfSignal = isCut};
     }
     if (extent->samplesThere < extent->samples) {
         return {.words = cutWords(extent->samplesThere, extent->samples, "samples"),

@@ -58,7 +58,8 @@ Endings andiEnding(const fs::path& /*source*/) {
 constexpr std::size_t channelCountPlace = sizeof(RunFileHead) + sizeof(RunInfo);
 
 /// A run has no signature, but a plausible head: a version from 1 to 100, one to nine channels, and
-/// a first signal of no negative length. One that was cut within its head is known by its version.
+/// a first signal of no negative length. One that was cut within its head is known by its name
+/// alone.
 bool isRun(const FileStart& start) {
     constexpr float lowestVersion = 1.0F;
     constexpr float highestVersion = 100.0F;
@@ -68,7 +69,7 @@ bool isRun(const FileStart& start) {
         return false;
     }
     if (start.length < headSize) {
-        return true;
+        return false;
     }
     const auto channelCount = start.recordAt<std::int16_t>(channelCountPlace);
     const auto head = start.recordAt<SliHeadP>(headSize);

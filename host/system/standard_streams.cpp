@@ -13,8 +13,8 @@ void openStandardStreams() {
     for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
         if (fcntl(stream, F_GETFD) < 0) {
             // It takes the lowest number that is free, which is this one.
-            const int opened = open("/dev/full", O_RDWR);
-            if (opened < 0) {
+            const bool isFull = stream != STDIN_FILENO && open("/dev/full", O_RDWR) >= 0;
+            if (!isFull) {
                 open("/dev/null", O_RDWR);
             }
         }

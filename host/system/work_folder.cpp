@@ -17,7 +17,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::string_view namePrefix = ".korlit-";
+constexpr std::string_view namePrefix = ".korlit-work-";
 constexpr const char* lockName = "lock";
 
 /// The lock of a folder, taken; -1 where another process has it or there is none to take.
@@ -54,6 +54,23 @@ std::vector<fs::path> workFoldersIn(const fs::path& parent) {
     return found;
 }
 
+/// Removes what a folder holds, and the lock last: who finds a folder without one may take it.
+void removeContents(const fs::path& folder) {
+    std::error_code ignored;
+    for (const auto& entry : fs::directory_iterator{folder, ignored}) {
+        if (entry.path().filename() != lockName) {
+            fs::remove_all(entry.path(), ignored);
+        }
+    }
+}
+
+void removeFolder(const fs::path& folder) {
+    std::error_code ignored;
+    removeContents(folder);
+    fs::remove(folder / lockName, ignored);
+    fs::remove(folder, ignored);
+}
+
 } // namespace
 
 WorkFolder::WorkFolder(const fs::path& parent) {
@@ -81,32 +98,25 @@ bool WorkFolder::isMade(const fs::path& parent) {
 }
 
 WorkFolder::~WorkFolder() {
-    std::error_code ignored;
-    fs::remove_all(folder, ignored);
+    removeFolder(folder);
     close(lock);
 }
 
 void WorkFolder::clear(const char* first) const {
     std::error_code ignored;
     fs::remove(folder / first, ignored);
-    for (const auto& entry : fs::directory_iterator{folder, ignored}) {
-        if (entry.path().filename() != lockName) {
-            fs::remove_all(entry.path(), ignored);
-        }
-    }
+    removeContents(folder);
 }
 
 void settleAbandoned(const fs::path& parent, const std::function<void(const fs::path&)>& settle) {
     for (const fs::path& folder : workFoldersIn(parent)) {
-        const int lock = takeLock(folder, 0);
-        if (lock < 0) {
-            rmdir(folder.c_str()); // killed before it had a lock, it is empty; else this fails
-            continue;
+        // One without a lock was killed while it began or ended.
+        const int lock = takeLock(folder, O_CREAT);
+        if (lock >= 0) {
+            settle(folder);
+            removeFolder(folder);
+            close(lock);
         }
-        settle(folder);
-        std::error_code ignored;
-        fs::remove_all(folder, ignored);
-        close(lock);
     }
 }
 

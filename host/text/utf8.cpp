@@ -29,7 +29,9 @@ struct CharacterRange {
     char32_t last;
 };
 constexpr CharacterRange surrogates{.first = 0xD800, .last = 0xDFFF};
-constexpr std::array<CharacterRange, 4> steering{{
+constexpr std::array<CharacterRange, 6> steering{{
+    {.first = 0x61C, .last = 0x61C},
+    {.first = 0x200E, .last = 0x200F},
     {.first = 0, .last = 0x1F},
     {.first = 0x7F, .last = 0x9F},
     {.first = 0x2028, .last = 0x202E},

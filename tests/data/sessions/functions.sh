@@ -53,16 +53,25 @@ disturbed() {
     wait $parent
 }
 
+# Converts into the folder out with the options given, and has the whole group of processes killed at
+# the $1-th move.
+killedAt() {
+    at=$1
+    shift
+    setsid --wait sh -c 'KILL_AT=$0 ASAN_OPTIONS=verify_asan_link_order=0 LD_PRELOAD=$ODD_SYSTEM korlit "$@"' \
+        $at convert -d out -j 1 -q "$@" >/dev/null 2>&1 && return
+    # Its lock goes with the last of the group.
+    for lock in out/.korlit-*/lock; do [ ! -e "$lock" ] || flock "$lock" true; done
+    return 1
+}
+
 # Converts with the options given, over and over, and has the whole group of processes killed at the
 # first move, the second and so on, until it is through. After each the folder out must be as one of
 # the folders before and after, once another conversion into it has begun.
 killedAtEachMove() {
     for at in $(seq 100); do
         rm -rf out && cp -r before out
-        setsid --wait sh -c 'KILL_AT=$0 ASAN_OPTIONS=verify_asan_link_order=0 LD_PRELOAD=$ODD_SYSTEM korlit "$@"' \
-            $at convert -d out -j 1 -q "$@" >/dev/null 2>&1 && break
-        # Its lock goes with the last of the group.
-        for lock in out/.korlit-*/lock; do [ ! -e "$lock" ] || flock "$lock" true; done
+        killedAt $at "$@" && break
         korlit convert -d out -q other.run >/dev/null
         rm out/other1.cdf
         diff -r before out >/dev/null || diff -r after out || echo "killed at $at"
