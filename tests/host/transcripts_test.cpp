@@ -1,7 +1,9 @@
-// The command as a shell runs it, held against the sessions that stand in tests/data/sessions/.
+// The command as a shell runs it, held against the transcripts that stand in
+// tests/data/transcripts/.
 //
-// "== title" begins a session in a folder of its own. "+ andi NAME" or "+ run NAME" makes a small
-// file, of which the "+ " lines behind change a block (andi_text.h and run_text.h have the words).
+// "== title" begins a transcript in a folder of its own. "+ andi NAME" or "+ run NAME" makes a
+// small file, of which the "+ " lines behind change a block (andi_text.h and run_text.h have the
+// words).
 // "$ " is a line for the shell, with what functions.sh defines. What it prints stands below, "! "
 // ahead of each line of standard error, and its status at the end if it isn't 0.
 #include "tests/support/cases.h"
@@ -26,7 +28,7 @@ std::string unescaped(std::string text) {
     return text;
 }
 
-class Sessions : public testing::TestWithParam<const char*> {
+class Transcripts : public testing::TestWithParam<const char*> {
   protected:
     /// Takes the lines of a file, which "+ andi NAME" or "+ run NAME" begins, and writes it.
     void takeFile(std::istringstream& in) {
@@ -54,7 +56,7 @@ class Sessions : public testing::TestWithParam<const char*> {
     /// What a line of the shell prints, "! " in front of each line of standard error, and its
     /// status if it isn't 0.
     std::string shell(const std::string& line) const {
-        folder->write(".line", ". " LISTINGS "sessions/functions.sh\ncd " + folder->path("") +
+        folder->write(".line", ". " LISTINGS "transcripts/functions.sh\ncd " + folder->path("") +
                                    "\n" + line + "\n");
         const std::string run = environment + "sh " + folder->path(".line") + " >" +
                                 folder->path(".output") + " 2>" + folder->path(".errors");
@@ -80,8 +82,8 @@ class Sessions : public testing::TestWithParam<const char*> {
     bool isAndi = false;
 };
 
-TEST_P(Sessions, GoAsTheyAreWritten) {
-    const std::string name = std::string{"sessions/"} + GetParam() + ".txt";
+TEST_P(Transcripts, GoAsTheyAreWritten) {
+    const std::string name = std::string{"transcripts/"} + GetParam() + ".txt";
     std::ifstream in{LISTINGS + name};
     std::string actual;
     bool isOutput = false;
@@ -102,13 +104,13 @@ TEST_P(Sessions, GoAsTheyAreWritten) {
             actual += shell(line.substr(2));
         }
     }
-    std::filesystem::create_directory(TEST_DATA "sessions");
+    std::filesystem::create_directory(TEST_DATA "transcripts");
     std::ofstream{TEST_DATA + name} << actual;
     const std::string difference = "diff -u " LISTINGS + name + " " TEST_DATA + name;
     EXPECT_EQ(std::system(difference.c_str()), 0);
 }
 
-INSTANTIATE_TEST_SUITE_P(Of, Sessions,
+INSTANTIATE_TEST_SUITE_P(Of, Transcripts,
                          testing::Values("check", "compare", "convert", "info", "plot"));
 
 } // namespace

@@ -1,4 +1,4 @@
-# What the sessions call by name.
+# What the transcripts call by name.
 
 # Makes planted.cdf from good.cdl, changed by sed.
 plant() {
