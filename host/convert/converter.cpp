@@ -66,11 +66,6 @@ void requireAllStaged(const Plan& plan, const fs::path& stage) {
     }
 }
 
-std::string withDiagnosis(const std::string& message, const Plan& plan, const fs::path& stage) {
-    const std::string seen = diagnosisOf(plan, stage);
-    return seen.empty() ? message : message + " (" + seen + ")";
-}
-
 } // namespace
 
 Outcome Converter::perform(const Job& job, std::size_t number) {

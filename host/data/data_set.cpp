@@ -130,8 +130,7 @@ std::vector<DataSet> loadDataSets(const std::string& file, FileKind kind) {
         const Plan plan = planFor(file, kind, stage.path(), "data");
         const StagedResult result = convertStaged(plan, stage.path());
         if (!result.isConverted) {
-            const std::string seen = diagnosisOf(plan, stage.path());
-            throw std::runtime_error{result.message + (seen.empty() ? "" : " (" + seen + ")")};
+            throw std::runtime_error{withDiagnosis(result.message, plan, stage.path())};
         }
         for (const StagedFile& target : plan.targets) {
             sets.push_back(dataSetOf(target.path.string()));

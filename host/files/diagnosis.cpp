@@ -48,6 +48,10 @@ std::string lookInside(const std::string& file, FileKind kind) {
     return formatOf(kind).flaw(file, size);
 }
 
+std::string withSeen(const std::string& reason, const std::string& seen) {
+    return seen.empty() ? reason : reason + " (" + seen + ")";
+}
+
 } // namespace
 
 std::string diagnosisOf(const std::string& file, FileKind kind) {
@@ -56,19 +60,18 @@ std::string diagnosisOf(const std::string& file, FileKind kind) {
 }
 
 std::string withDiagnosis(const std::string& reason, const std::string& file, FileKind kind) {
-    const std::string seen = diagnosisOf(file, kind);
-    return seen.empty() ? reason : reason + " (" + seen + ")";
+    return withSeen(reason, diagnosisOf(file, kind));
 }
 
-std::string diagnosisOf(const Plan& plan, const fs::path& stage) {
+std::string withDiagnosis(const std::string& reason, const Plan& plan, const fs::path& stage) {
     for (const StagedFile& file : plan.sources) {
-        const std::string words = diagnosisOf(file.path.string(), plan.kind);
-        if (!words.empty()) {
+        const std::string seen = diagnosisOf(file.path.string(), plan.kind);
+        if (!seen.empty()) {
             const bool isNamed = file.path == plan.source;
-            return isNamed ? words : file.path.filename().string() + ": " + words;
+            return withSeen(reason, isNamed ? seen : file.path.filename().string() + ": " + seen);
         }
     }
-    return isFull(stage) ? "no space is left there" : "";
+    return withSeen(reason, isFull(stage) ? "no space is left there" : "");
 }
 
 } // namespace korlit::host

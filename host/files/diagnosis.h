@@ -16,8 +16,9 @@ std::string diagnosisOf(const std::string& file, FileKind kind);
 /// Why a file can't be read: the reason that a reader has, and what can be seen.
 std::string withDiagnosis(const std::string& reason, const std::string& file, FileKind kind);
 
-/// What can be seen in the files that a plan starts from, and of the room in the folder for what it
-/// makes.
-std::string diagnosisOf(const Plan& plan, const std::filesystem::path& stage);
+/// The same of a plan that couldn't be carried out in a folder: what can be seen in the files that
+/// it starts from, and of the room that is left.
+std::string withDiagnosis(const std::string& reason, const Plan& plan,
+                          const std::filesystem::path& stage);
 
 } // namespace korlit::host

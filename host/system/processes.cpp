@@ -1,7 +1,6 @@
 #include "host/system/processes.h"
 
 #include <sched.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <thread>
@@ -14,10 +13,6 @@ std::size_t processorCount() {
         return static_cast<std::size_t>(CPU_COUNT(&usable));
     }
     return std::max(1U, std::thread::hardware_concurrency());
-}
-
-long processId() {
-    return getpid();
 }
 
 } // namespace korlit::host

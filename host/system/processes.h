@@ -1,4 +1,4 @@
-// This process and the processors that it may run on.
+// The processors that this process may run on.
 #pragma once
 
 #include <cstddef>
@@ -7,8 +7,5 @@ namespace korlit::host {
 
 /// How many processors there are for workers.
 std::size_t processorCount();
-
-/// The number of this process.
-long processId();
 
 } // namespace korlit::host
