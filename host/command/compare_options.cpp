@@ -1,0 +1,48 @@
+#include "host/command/command_options.h"
+#include "host/command/help_texts.h"
+#include "host/command/values.h"
+#include "host/compare/compare.h"
+
+#include <CLI/CLI.hpp>
+
+#include <memory>
+
+namespace korlit::host {
+
+namespace {
+
+void addComparisonOptions(CLI::App& command, CompareOptions& options) {
+    const std::vector<std::string> parts{"signal", "peaks", "texts"};
+    command.add_option("--tolerance", options.comparison.tolerance, "Relative; see below")
+        ->check(refuseTolerance)
+        ->type_name("T");
+    command
+        .add_option("--only", options.comparison.parts,
+                    "Compare these parts only, with commas between them")
+        ->delimiter(',')
+        ->allow_extra_args(false)
+        ->check(CLI::IsMember{parts}.description(""))
+        ->type_name("PARTS:" + shown(parts));
+    command.add_option("--channel", options.channel, "Of a run, compare this channel, from 1")
+        ->check(CLI::Validator{CLI::PositiveNumber}.description(""))
+        ->type_name("N");
+}
+
+} // namespace
+
+void addCompareCommand(CLI::App& app, int& status) {
+    const auto options = std::make_shared<CompareOptions>();
+    CLI::App* const command = app.add_subcommand("compare", "Tells in what two data sets differ");
+    command->add_option("A", options->a, "ANDI file, slice file of a pair, or run")
+        ->required()
+        ->type_name("");
+    command->add_option("B", options->b, "The other")->required()->type_name("");
+    addComparisonOptions(*command, *options);
+    CLI::Option* const json = command->add_flag("--json", options->json, "Print one JSON object");
+    command->add_flag("-q,--quiet", options->quiet, "Print nothing, answer by the exit status")
+        ->excludes(json);
+    command->footer(compareHelp);
+    command->callback([options, &status] { status = compareFiles(*options); });
+}
+
+} // namespace korlit::host

@@ -1,0 +1,109 @@
+#include "host/command/command_options.h"
+#include "host/command/help_texts.h"
+#include "host/command/values.h"
+#include "host/convert/convert.h"
+
+#include <CLI/CLI.hpp>
+
+#include <map>
+#include <memory>
+
+namespace korlit::host {
+
+namespace {
+
+void addWorkOptions(CLI::App& command, ConvertOptions& options) {
+    WorkOptions& work = options.work;
+    command
+        .add_option("PATH", work.paths, "Files, and folders of which what is recognised is taken")
+        ->type_name("");
+    command.add_flag("-r,--recursive", work.isRecursive,
+                     "Take folders with all that lies below, but for what is hidden");
+    command
+        .add_option("--files-from", work.filesFrom,
+                    "Take further paths from the lines of a file; - is standard input")
+        ->type_name("LIST");
+    command.add_flag("-0,--null", work.isZeroSeparated,
+                     "The paths of that file end with NUL characters instead of lines");
+    addKindOption(command, work.from);
+    const std::map<std::string, Goal> goals{{"andi", Goal::Andi}, {"pair", Goal::Pair}};
+    command.add_option("--to", work.to, "Convert what becomes this, and in folders nothing else")
+        ->transform(CLI::Transformer{goals})
+        ->type_name("KIND:{andi,pair}");
+    auto* folder = command
+                       .add_option("-d,--output-dir", work.outputFolder,
+                                   "Write into this folder, which mirrors the folders below a\n"
+                                   "folder that was named")
+                       ->type_name("DIR");
+    command
+        .add_option("-o,--output", work.output,
+                    "Write the one output to this file; of a pair, both under its name")
+        ->type_name("FILE")
+        ->excludes(folder);
+    command
+        .add_option_function<std::string>(
+            "--shard",
+            [&work](const std::string& text) {
+                if (!readShard(text, work.shard, work.shardCount)) {
+                    throw CLI::ValidationError{"--shard",
+                                               "must be I/N with I from 1 to N, as in 2/5"};
+                }
+            },
+            "Take the I-th of N parts of the work, the same parts on every machine")
+        ->type_name("I/N");
+}
+
+void addReportOptions(CLI::App& command, ConvertOptions& options) {
+    const auto existing = [&options](Existing value) {
+        return [&options, value] { options.existing = value; };
+    };
+    auto* force = command.add_flag_callback("-f,--force", existing(Existing::Replace),
+                                            "Replace files that exist; the old ones stay if a "
+                                            "conversion fails");
+    auto* skip = command
+                     .add_flag_callback("--skip-existing", existing(Existing::Skip),
+                                        "Pass over files that were converted; make what is "
+                                        "missing of a set")
+                     ->excludes(force);
+    command
+        .add_flag_callback("-u,--update", existing(Existing::Update),
+                           "Replace what is older than its source, pass over the rest")
+        ->excludes(force)
+        ->excludes(skip);
+    command.add_flag("-n,--dry-run", options.isDryRun,
+                     "Tell what would be done, and touch nothing");
+    command.add_flag("--allow-cut", options.isCutAllowed,
+                     "Convert runs that lack samples or channels as far as they go");
+    command.add_flag("--sync", options.isSynced,
+                     "Have the disk hold each file before it comes to its place");
+    command
+        .add_option("-j,--jobs", options.workerCount,
+                    "How many files to convert at a time (default: the processors)")
+        ->check(CLI::Range(1, 1024).description(""))
+        ->type_name("N");
+    command.add_flag("--json", options.report.isJson, "Print a JSON object a line for each file");
+    auto* quiet = command.add_flag("-q,--quiet", options.report.isQuiet, "Print only what failed");
+    command
+        .add_flag("-v,--verbose", options.report.isVerbose, "Print seconds and what is left out")
+        ->excludes(quiet);
+}
+
+} // namespace
+
+void addConvertCommand(CLI::App& app, int& status) {
+    CLI::App* command = app.add_subcommand(
+        "convert",
+        "Converts ANDI files to Merivolta pairs, and pairs and Dunvale runs to ANDI files");
+    const auto options = std::make_shared<ConvertOptions>();
+    addWorkOptions(*command, *options);
+    addReportOptions(*command, *options);
+    command->footer(convertHelp);
+    command->callback([options, &status] {
+        if (options->work.paths.empty() && options->work.filesFrom.empty()) {
+            throw CLI::RequiredError{"PATH or --files-from"};
+        }
+        status = convertAll(*options);
+    });
+}
+
+} // namespace korlit::host

@@ -1,0 +1,49 @@
+// What a conversion makes of each value: as it is, changed by a rule, or left out. What the rules
+// change or leave out are the losses that a user is told of before a conversion and the expected
+// changes that a comparison finds behind it: both come from here.
+#pragma once
+
+#include "host/proof/reading.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace korlit::host {
+
+/// Why a conversion changes a value. All of them stand in one table.
+struct ChangeRule {
+    const char* id;    ///< stable: "area-by-sixty"
+    const char* words; ///< one line: "areas are divided by 60 on the way to ANDI"
+    bool isLoss;       ///< something is gone; else it is only written in another way
+};
+
+/// One value of a source and what becomes of it. Without a source the target gets a value of its
+/// own (a version of the template), without a target the value has no place there.
+struct Expectation {
+    std::optional<ValueKey> from;
+    Value source;
+    std::optional<ValueKey> to;
+    Value target;                     ///< to the last bit
+    const ChangeRule* rule = nullptr; ///< none where the value is kept as it is
+    std::string words{}; ///< what happens to this one, on one line; empty without a rule
+};
+
+/// What one output must hold.
+struct Expectations {
+    FileKind kind = FileKind::Unknown; ///< of the output
+    std::vector<Expectation> values;
+    NumberView signal;       ///< the source's samples that are kept
+    double signalFactor = 1; ///< by which each is multiplied, in single precision
+    const ChangeRule* signalRule = nullptr;
+    std::string signalWords{};
+};
+
+/// What becomes of an ANDI file in a pair.
+Expectations expectedOfPair(const Reading& andi);
+/// What becomes of a pair in an ANDI file. `sliceFile` is its path as the conversion was given it.
+Expectations expectedOfAndi(const Reading& pair, const std::string& sliceFile);
+/// What becomes of a channel of a run in its ANDI file.
+Expectations expectedOfChannel(const Reading& channel, const std::string& runFile);
+
+} // namespace korlit::host

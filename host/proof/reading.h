@@ -1,0 +1,59 @@
+// What a data set holds, value by value, read from the bytes of its own files and not by the code
+// that writes them.
+#pragma once
+
+#include "host/files/formats.h"
+#include "host/files/number_view.h"
+
+#include <compare>
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace korlit::host {
+
+/// Nothing, a number (of whatever width the file gives it: each is a double without loss) or a
+/// text.
+using Value = std::variant<std::monostate, double, std::string>;
+
+/// Whether two values are the same to the last bit; a NaN is itself.
+bool areSame(const Value& a, const Value& b);
+
+/// Names one value of a data set.
+struct ValueKey {
+    std::string part;     ///< "signal", "peaks" or "texts"
+    std::string name;     ///< as its format names it: an attribute, a variable, a field of a record
+    std::size_t peak = 0; ///< from 1; 0 for what there is one of
+
+    auto operator<=>(const ValueKey&) const = default;
+};
+
+struct Entry {
+    ValueKey key;
+    Value value;
+};
+
+/// All of one data set: of a run, one channel.
+struct Reading {
+    FileKind kind = FileKind::Unknown;
+    int channel = 0;            ///< of a run, from 1; 0 where a file holds one signal
+    std::vector<Entry> entries; ///< in the order of the file, each key once
+    NumberView signal;          ///< the samples as they are stored
+    double signalFactor = 1;    ///< a stored sample times this is one in the detector's unit
+    std::shared_ptr<const void> memory; ///< what `signal` lies in
+};
+
+/// Reads an ANDI file: each global attribute, each scalar variable, each column of the peak table a
+/// value a peak, and each attribute of a variable as "variable:attribute". Throws a runtime_error
+/// with the words for the user where it can't be read; so do the other two.
+Reading readAndi(const std::string& file);
+
+/// Reads a Merivolta pair by the records of its two files.
+Reading readPair(const std::string& sliceFile);
+
+/// Reads a Dunvale run, a data set for each channel.
+std::vector<Reading> readRun(const std::string& file);
+
+} // namespace korlit::host
