@@ -1,12 +1,14 @@
 #include "host/plot/chart.h"
 
 #include "host/plot/chart_axes.h"
+#include "host/plot/chart_legend.h"
 #include "host/plot/chart_panels.h"
 #include "host/plot/chart_pen.h"
 #include "host/plot/chart_traces.h"
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 
 namespace korlit::host {
 
@@ -31,7 +33,10 @@ void drawPlot(cairo_t* context, const Plot& plot, const Ticks& timeTicks) {
     writeValueAxis(context, plot);
     drawPanelTitle(context, plot);
     drawLabels(context, plot);
-    if (std::ranges::all_of(plot.panel->line, isGap)) {
+    const auto isEmpty = [](const ChartLine& line) {
+        return std::ranges::all_of(line.points, isGap);
+    };
+    if (std::ranges::all_of(plot.panel->lines, isEmpty)) {
         setFont(context, panelTitleSize);
         setColour(context, faint);
         drawText(context, "No samples to draw", (plot.box.left + plot.box.right) / 2,
@@ -66,11 +71,22 @@ void prepare(cairo_t* context) {
 
 } // namespace
 
-double defaultHeight(std::size_t panelCount) {
+double defaultHeight(std::size_t panelCount, double width) {
     constexpr std::array<double, 5> heights{560, 560, 880, 1100, 1340};
     constexpr double further = 270;
-    return panelCount < heights.size() ? heights.at(panelCount)
-                                       : further * static_cast<double>(panelCount);
+    constexpr double commonWidth = 1000;
+    constexpr double narrowest = 0.5;
+    const std::size_t rows = rowCount(panelCount, columnCount(panelCount));
+    const double height =
+        rows < heights.size() ? heights.at(rows) : further * static_cast<double>(rows);
+    return std::round(height * std::clamp(width / commonWidth, narrowest, 1.0));
+}
+
+bool ChartPeak::isNegative() const {
+    if (baseline) {
+        return apex.y < (baseline->first.y + baseline->second.y) / 2;
+    }
+    return start && end && apex.y < std::min(start->y, end->y);
 }
 
 void drawChart(cairo_t* context, const Chart& chart) {
@@ -78,10 +94,15 @@ void drawChart(cairo_t* context, const Chart& chart) {
     const std::vector<Plot> plots = layOut(context, chart);
     const Ticks timeTicks = timeTicksFor(context, plots.front());
     drawHeader(context, chart, plots.front().box.left);
+    drawLegend(context, chart, plots.front().box.left);
     for (const Plot& plot : plots) {
         drawPlot(context, plot, timeTicks);
     }
-    writeTimeAxis(context, plots.back(), timeTicks, chart);
+    for (const Plot& plot : plots) {
+        if (plot.isLowest) {
+            writeTimeAxis(context, plot, timeTicks, chart);
+        }
+    }
 }
 
 } // namespace korlit::host

@@ -85,7 +85,7 @@ void writeValueAxis(cairo_t* context, const Plot& plot) {
                  plot.y(plot.valueTicks.value(i)) + textSize * halfCapital, 1);
     }
     const std::string title = axisTitle("Signal", plot.valueTicks, plot.panel->unit);
-    drawUpwards(context, fitted(context, title, box.height()), textSize, outerMargin,
+    drawUpwards(context, fitted(context, title, box.height()), textSize, plot.outerLeft,
                 (box.top + box.bottom) / 2, 0.5);
 }
 
@@ -95,7 +95,8 @@ void writeTimeAxis(cairo_t* context, const Plot& plot, const Ticks& ticks, const
     setFont(context, textSize);
     for (int i = 0; i < ticks.count; ++i) {
         const double half = drawnWidth(context, ticks.text(i)) / 2;
-        const double centre = std::min(plot.x(ticks.value(i)), chart.width - edge - half);
+        const double end = plot.box.right + outerMargin;
+        const double centre = std::min(plot.x(ticks.value(i)), end - edge - half);
         drawText(context, ticks.text(i), centre, plot.box.bottom + tickLength + 3 + textSize, 0.5);
     }
     drawText(context, axisTitle(chart.timeQuantity, ticks, chart.timeUnit),

@@ -113,9 +113,10 @@ Chart chartOf(const PlotOptions& options, const std::vector<DataSet>& sets) {
         .timeUnit = isInMinutes ? "min" : "",
         .note = noteOf(sets, isInMinutes),
         .times = timesToShow(options, sets, isInMinutes),
+        .values = {},
         .panels = {},
         .width = options.width,
-        .height = options.height.value_or(defaultHeight(sets.size()))};
+        .height = options.height.value_or(defaultHeight(sets.size(), options.width))};
     for (const DataSet& set : sets) {
         chart.panels.push_back(panelOf(set, isInMinutes, chart, !options.isWithoutPeaks));
     }

@@ -109,13 +109,18 @@ double elbowFor(double move) {
     constexpr double invisibleMove = 1;
     constexpr double slope = 0.35;
     constexpr double lowest = 12;
-    return move > invisibleMove ? std::max(lowest, move * slope) : 0;
+    constexpr double highest = 60;
+    return move > invisibleMove ? std::clamp(move * slope, lowest, highest) : 0;
 }
 
 } // namespace
 
 bool isDrawable(double value) {
     return std::abs(value) < std::numeric_limits<double>::max() / 1e6;
+}
+
+bool isGap(const LinePoint& point) {
+    return std::isnan(point.y);
 }
 
 Range widened(const Range& range) {
@@ -206,6 +211,11 @@ std::vector<LinePoint> cutTo(std::span<const LinePoint> line, const Range& range
     return part;
 }
 
+double farthestMove(const Range& bounds) {
+    constexpr double atLeast = 80;
+    return std::max(atLeast, bounds.length() / 3);
+}
+
 std::vector<std::size_t> labelsWithRoom(std::span<const double> anchors, const Range& bounds) {
     std::vector<std::size_t> taken;
     std::vector<double> takenAnchors;
@@ -215,7 +225,8 @@ std::vector<std::size_t> labelsWithRoom(std::span<const double> anchors, const R
         takenAnchors.insert(place, anchors[i]);
         const bool isFull =
             static_cast<double>(takenAnchors.size()) * labelThickness > bounds.length();
-        if (isFull || largestMove(takenAnchors, spread(takenAnchors, bounds)) > farthestMove) {
+        if (isFull ||
+            largestMove(takenAnchors, spread(takenAnchors, bounds)) > farthestMove(bounds)) {
             takenAnchors.erase(takenAnchors.begin() + rank);
         } else {
             taken.insert(taken.begin() + rank, i);
@@ -232,8 +243,12 @@ std::vector<LabelPlace> placeLabels(std::span<const Label> labels, const Range& 
     }
     const std::vector<double> centres = spread(anchors, bounds);
     const auto highestBelow = [&](std::size_t first, std::size_t last) {
-        return highest({.from = centres[first] - labelThickness / 2,
-                        .to = centres[last] + labelThickness / 2});
+        double base = highest({.from = centres[first] - labelThickness / 2,
+                               .to = centres[last] + labelThickness / 2});
+        for (const Label& label : labels.subspan(first, last + 1 - first)) {
+            base = std::max(base, label.leastBase);
+        }
+        return base;
     };
     std::vector<LabelPlace> places;
     while (places.size() < centres.size()) {

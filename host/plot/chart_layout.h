@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <limits>
 #include <span>
 #include <string>
 #include <vector>
@@ -53,6 +54,9 @@ struct LinePoint {
     double y = 0;
 };
 
+/// Whether a line has no value at a point.
+bool isGap(const LinePoint& point);
+
 /// The samples by which a line looks as if all were drawn: of each column's samples the first, the
 /// lowest, the highest and the last, and one that can't be drawn, if there is any; in their order.
 std::vector<std::size_t> samplesToDraw(const NumberView& samples, std::size_t columns);
@@ -65,15 +69,15 @@ double highestWithin(std::span<const LinePoint> line, const Range& range);
 std::vector<LinePoint> cutTo(std::span<const LinePoint> line, const Range& range);
 
 /// Sizes in points of what stands above a signal: labels are written upwards, each as wide as
-/// `labelThickness`, and stand `labelClearance` above the signal. None is farther from its peak
-/// than `farthestMove` along the time axis.
+/// `labelThickness`, and stand `labelClearance` above the signal.
 constexpr double labelThickness = 12.5;
 constexpr double labelClearance = 6.0;
-constexpr double farthestMove = 80.0;
 
 struct Label {
     double anchor = 0; ///< where its peak is along the time axis, in points
     double length = 0; ///< of its text, in points
+    /// The value above which it stands, however low the signal is below it.
+    double leastBase = -std::numeric_limits<double>::infinity();
 };
 
 struct LabelPlace {
@@ -83,6 +87,10 @@ struct LabelPlace {
 
     double clearance() const { return labelClearance + elbow; }
 };
+
+/// How far a label may stand from its peak along a time axis of that length, in points: in the
+/// middle of a crowd some distance is better than no name.
+double farthestMove(const Range& bounds);
 
 /// Which labels there is room for, in the order of their anchors. The more important ones come
 /// first in `anchors` and are taken first.

@@ -1,10 +1,12 @@
 #include "host/plot/chart_panels.h"
 
+#include "host/plot/chart_legend.h"
 #include "host/plot/chart_pen.h"
 
 #include <algorithm>
 #include <cmath>
 #include <functional>
+#include <limits>
 #include <optional>
 #include <stdexcept>
 
@@ -16,67 +18,105 @@ constexpr double axisHeight = 50;
 constexpr double noteHeight = 15;
 constexpr double panelTitleHeight = 22;
 constexpr double panelGap = 12;
-constexpr double leastPlotHeight = 100;
+constexpr double leastPlotHeight = 64;
 constexpr double leastPlotWidth = 120;
 
 double titleHeightOf(const ChartPanel& panel) {
     return panel.title.empty() && panel.note.empty() && panel.peaks.empty() ? 0 : panelTitleHeight;
 }
 
-double headerHeightOf(const Chart& chart) {
-    return (chart.subtitle.empty() ? titleBaseline : subtitleBaseline) + 10;
+double headerHeightOf(cairo_t* context, const Chart& chart) {
+    return (chart.subtitle.empty() ? titleBaseline : subtitleBaseline) + 10 +
+           legendHeight(context, chart);
 }
 
-/// The part of a chart's height that isn't for its plots.
-double heightBesidePlots(const Chart& chart) {
-    double height = headerHeightOf(chart) + axisHeight + (chart.note.empty() ? 0 : noteHeight);
+/// How panels stand: the same number in each row but the last, all of one height.
+struct Grid {
+    std::size_t columns = 1;
+    std::size_t rows = 1;
+    double top = 0;
+    double titleHeight = 0; ///< above each row
+    double plotHeight = 0;
+    double pitch = 0; ///< from one column to the next
+};
+
+Grid gridOf(cairo_t* context, const Chart& chart, std::size_t columns) {
+    Grid grid{.columns = columns,
+              .rows = rowCount(chart.panels.size(), columns),
+              .top = headerHeightOf(context, chart)};
     for (const ChartPanel& panel : chart.panels) {
-        height += titleHeightOf(panel);
+        grid.titleHeight = std::max(grid.titleHeight, titleHeightOf(panel));
     }
-    return height + panelGap * static_cast<double>(chart.panels.size() - 1);
+    const auto rows = static_cast<double>(grid.rows);
+    const double beside = grid.top + axisHeight + (chart.note.empty() ? 0 : noteHeight) +
+                          grid.titleHeight * rows + panelGap * (rows - 1);
+    grid.plotHeight = (chart.height - beside) / rows;
+    grid.pitch = (chart.width - outerMargin) / static_cast<double>(columns);
+    return grid;
 }
 
-std::vector<Box> plotBoxes(const Chart& chart, double leftMargin) {
-    const auto count = static_cast<double>(chart.panels.size());
-    const double plotHeight = (chart.height - heightBesidePlots(chart)) / count;
-    if (plotHeight < leastPlotHeight) {
-        const double least = std::ceil(heightBesidePlots(chart) + leastPlotHeight * count);
-        throw std::runtime_error{"a chart of " + std::to_string(chart.panels.size()) +
-                                 (count > 1 ? " panels" : " panel") + " needs a height of " +
-                                 std::to_string(std::lround(least)) + " at least"};
+/// As many columns as look best, or more where the height asks for them.
+Grid gridFor(cairo_t* context, const Chart& chart, double leftMargin) {
+    constexpr double goodPlotHeight = 100;
+    Grid best = gridOf(context, chart, columnCount(chart.panels.size()));
+    for (std::size_t columns = best.columns + 1; columns <= chart.panels.size(); ++columns) {
+        const Grid grid = gridOf(context, chart, columns);
+        if (best.plotHeight >= goodPlotHeight || grid.pitch - leftMargin < leastPlotWidth) {
+            break;
+        }
+        best = grid;
     }
-    std::vector<Box> boxes;
-    double top = headerHeightOf(chart);
-    for (const ChartPanel& panel : chart.panels) {
-        top += titleHeightOf(panel);
-        boxes.push_back({.left = leftMargin,
-                         .top = top,
-                         .right = std::max(chart.width - outerMargin, leftMargin + leastPlotWidth),
-                         .bottom = top + plotHeight});
-        top += plotHeight + panelGap;
+    if (best.plotHeight < leastPlotHeight) {
+        const double lacking = (leastPlotHeight - best.plotHeight) * static_cast<double>(best.rows);
+        throw std::runtime_error{
+            "a chart of " + std::to_string(chart.panels.size()) +
+            (chart.panels.size() > 1 ? " panels" : " panel") + " needs a height of " +
+            std::to_string(std::lround(std::ceil(chart.height + lacking))) + " at least"};
     }
-    return boxes;
+    return best;
 }
 
-/// The lowest and the highest value of a line; from 0 to 0 for one without values.
-Range valuesOf(const std::vector<LinePoint>& line) {
+Box plotBox(const Grid& grid, std::size_t panel, double leftMargin) {
+    const double left = static_cast<double>(panel % grid.columns) * grid.pitch + leftMargin;
+    const double rowHeight = grid.titleHeight + grid.plotHeight + panelGap;
+    const double top =
+        grid.top + grid.titleHeight + static_cast<double>(panel / grid.columns) * rowHeight;
+    return {.left = left,
+            .top = top,
+            .right = std::max(left - leftMargin + grid.pitch, left + leastPlotWidth),
+            .bottom = top + grid.plotHeight};
+}
+
+/// The lowest and the highest value of the lines; from 0 to 0 if they have none.
+Range valuesOf(const std::vector<ChartLine>& lines) {
     std::optional<Range> values;
-    for (const LinePoint& point : line) {
-        if (!std::isnan(point.y)) {
-            const Range known = values.value_or(Range{.from = point.y, .to = point.y});
-            values = {.from = std::min(known.from, point.y), .to = std::max(known.to, point.y)};
+    for (const ChartLine& line : lines) {
+        for (const LinePoint& point : line.points) {
+            if (!std::isnan(point.y)) {
+                const Range known = values.value_or(Range{.from = point.y, .to = point.y});
+                values = {.from = std::min(known.from, point.y), .to = std::max(known.to, point.y)};
+            }
         }
     }
     return values.value_or(Range{});
 }
 
-/// How far a peak rises above its baseline, or above nothing if it has none.
+double highestOf(const std::vector<ChartLine>& lines, const Range& times) {
+    double highest = -std::numeric_limits<double>::infinity();
+    for (const ChartLine& line : lines) {
+        highest = std::max(highest, highestWithin(line.points, times));
+    }
+    return highest;
+}
+
+/// How far a peak goes from its baseline, or from nothing if it has none.
 double riseOf(const ChartPeak& peak) {
     if (std::isnan(peak.apex.y)) {
         return 0;
     }
-    return peak.baseline ? peak.apex.y - (peak.baseline->first.y + peak.baseline->second.y) / 2
-                         : peak.apex.y;
+    return std::abs(peak.baseline
+                        ? peak.apex.y - (peak.baseline->first.y + peak.baseline->second.y) / 2
+                        : peak.apex.y);
 }
 
 /// The peaks within the times shown, the highest first.
@@ -113,33 +153,37 @@ std::vector<const ChartPeak*> peaksToLabel(Plot& plot) {
     return labelled;
 }
 
-/// Compounds have long names, but the signal needs room as well.
+/// Compounds have long names, but the signal needs the room.
 double longestLabel(double plotHeight) {
-    constexpr double commonName = 200;
+    constexpr double share = 0.25;
+    constexpr double shortName = 60;
     constexpr double leadersAndSignal = 60;
-    return std::min(plotHeight - leadersAndSignal,
-                    std::max(plotHeight * 0.4, std::min(plotHeight * 0.6, commonName)));
+    return std::min(plotHeight - leadersAndSignal, std::max(plotHeight * share, shortName));
 }
 
-void placePlotLabels(cairo_t* context, Plot& plot) {
+/// The signal's highest value beside a peak that goes down, whose name else stood in the dip.
+double heightBeside(const ChartPanel& panel, const ChartPeak& peak) {
+    if (!peak.isNegative() || !peak.start || !peak.end) {
+        return -std::numeric_limits<double>::infinity();
+    }
+    return highestOf(panel.lines, {.from = peak.start->x, .to = peak.end->x});
+}
+
+void placePlotLabels(cairo_t* context, Plot& plot, const Range& signal) {
     const double longest = longestLabel(plot.box.height());
-    const Range signal = valuesOf(plot.panel->line);
     const std::vector<const ChartPeak*> peaks = peaksToLabel(plot);
     setFont(context, smallSize);
     std::vector<Label> labels;
     for (const ChartPeak* peak : peaks) {
         plot.labels.push_back(
-            {.text = fitted(context, peak->label, longest),
-             .place = {},
-             .apex = {.x = peak->apex.x,
-                      .y = std::isnan(peak->apex.y) ? signal.from : peak->apex.y}});
+            {.text = fitted(context, peak->label, longest), .place = {}, .apex = peak->apex});
         labels.push_back({.anchor = plot.x(peak->apex.x),
-                          .length = drawnWidth(context, plot.labels.back().text)});
+                          .length = drawnWidth(context, plot.labels.back().text),
+                          .leastBase = heightBeside(*plot.panel, *peak)});
     }
     const auto highest = [&](const Range& columns) {
-        return std::max(signal.from,
-                        highestWithin(plot.panel->line, {.from = plot.time(columns.from),
-                                                         .to = plot.time(columns.to)}));
+        return std::max(signal.from, highestOf(plot.panel->lines, {.from = plot.time(columns.from),
+                                                                   .to = plot.time(columns.to)}));
     };
     const std::vector<LabelPlace> places = placeLabels(labels, plot.box.columns(), highest);
     for (std::size_t i = 0; i < places.size(); ++i) {
@@ -148,22 +192,44 @@ void placePlotLabels(cairo_t* context, Plot& plot) {
     plot.values = valuesToShow(signal, labels, places, plot.box.height());
 }
 
+/// Takes over the ends of the axis that were asked for. Names stay within the plot.
+void applyBounds(cairo_t* context, Plot& plot, const Bounds& bounds) {
+    plot.values = widened({.from = bounds.from.value_or(plot.values.from),
+                           .to = bounds.to.value_or(
+                               std::max(plot.values.to, bounds.from.value_or(plot.values.from)))});
+    if (!bounds.from && !bounds.to) {
+        return;
+    }
+    const double valuePerPoint = plot.values.length() / plot.box.height();
+    setFont(context, smallSize);
+    for (PlacedLabel& label : plot.labels) {
+        const double length = drawnWidth(context, label.text) + label.place.clearance();
+        label.place.base =
+            std::clamp(label.place.base, plot.values.from,
+                       std::max(plot.values.from, plot.values.to - length * valuePerPoint));
+    }
+}
+
 Plot plotIn(cairo_t* context, const Chart& chart, const ChartPanel& panel, const Box& box) {
     constexpr double tickDistance = 42;
     Plot plot;
     plot.panel = &panel;
     plot.box = box;
     plot.times = chart.times;
-    placePlotLabels(context, plot);
-    plot.valueTicks = ticksFor(plot.values, static_cast<int>(box.height() / tickDistance));
+    placePlotLabels(context, plot, valuesOf(panel.lines));
+    applyBounds(context, plot, chart.values);
+    const double most = std::max(1.0, box.height() / tickDistance);
+    plot.valueTicks = ticksFor(plot.values, static_cast<int>(most));
     return plot;
 }
 
 std::vector<Plot> plotsBeside(cairo_t* context, const Chart& chart, double leftMargin) {
-    const std::vector<Box> boxes = plotBoxes(chart, leftMargin);
+    const Grid grid = gridFor(context, chart, leftMargin);
     std::vector<Plot> plots;
-    for (std::size_t i = 0; i < boxes.size(); ++i) {
-        plots.push_back(plotIn(context, chart, chart.panels[i], boxes[i]));
+    for (std::size_t i = 0; i < chart.panels.size(); ++i) {
+        plots.push_back(plotIn(context, chart, chart.panels[i], plotBox(grid, i, leftMargin)));
+        plots.back().outerLeft = plots.back().box.left - leftMargin + outerMargin;
+        plots.back().isLowest = i + grid.columns >= chart.panels.size();
     }
     return plots;
 }
@@ -182,6 +248,15 @@ double leftMarginFor(cairo_t* context, const std::vector<Plot>& plots) {
 }
 
 } // namespace
+
+std::size_t columnCount(std::size_t panelCount) {
+    constexpr std::size_t mostInOneColumn = 4;
+    return panelCount > mostInOneColumn ? 2 : 1;
+}
+
+std::size_t rowCount(std::size_t panelCount, std::size_t columns) {
+    return (panelCount + columns - 1) / columns;
+}
 
 std::vector<Plot> layOut(cairo_t* context, const Chart& chart) {
     constexpr double firstMargin = 70;

@@ -37,6 +37,8 @@ struct PlacedLabel {
 struct Plot {
     const ChartPanel* panel = nullptr;
     Box box;
+    double outerLeft = 0;  ///< where what stands left of it begins
+    bool isLowest = false; ///< of its column
     Range times;
     Range values;
     Ticks valueTicks;
@@ -55,6 +57,10 @@ struct Plot {
         return times.from + (column - box.left) / box.width() * times.length();
     }
 };
+
+/// In how many columns and rows so many panels stand where there is room.
+std::size_t columnCount(std::size_t panelCount);
+std::size_t rowCount(std::size_t panelCount, std::size_t columns);
 
 /// The plots of all panels. Throws a runtime_error with words for the user where the chart is too
 /// small for them.

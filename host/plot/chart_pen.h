@@ -16,6 +16,7 @@ constexpr Colour paper{1, 1, 1};
 constexpr Colour ink{0.13, 0.13, 0.15};
 constexpr Colour faint{0.42, 0.42, 0.45};
 constexpr Colour gridGrey{0.91, 0.91, 0.92};
+constexpr Colour gapGrey{0.93, 0.93, 0.93};
 constexpr Colour leaderGrey{0.62, 0.62, 0.65};
 constexpr Colour signalBlue{0.06, 0.20, 0.48};
 constexpr Colour peakBlue{0.86, 0.91, 0.97};

@@ -1,22 +1,41 @@
 #include "host/plot/chart_traces.h"
 
+#include "host/plot/chart_legend.h"
 #include "host/plot/chart_pen.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <iterator>
 #include <numbers>
 #include <optional>
+#include <vector>
 
 namespace korlit::host {
 
 namespace {
 
+/// Marks where a line has no value, from the sample before to the one behind.
+void shadeGaps(cairo_t* context, const Plot& plot, const std::vector<LinePoint>& line) {
+    constexpr double narrowest = 1.5;
+    setColour(context, gapGrey);
+    for (auto first = line.begin(); first != line.end();) {
+        const auto gap = std::find_if(first, line.end(), isGap);
+        const auto end = std::find_if_not(gap, line.end(), isGap);
+        if (gap != end) {
+            const double from = plot.x(gap == line.begin() ? gap->x : std::prev(gap)->x);
+            const double to = plot.x(end == line.end() ? std::prev(end)->x : end->x);
+            cairo_rectangle(context, from, plot.box.top, std::max(to - from, narrowest),
+                            plot.box.height());
+            cairo_fill(context);
+        }
+        first = end;
+    }
+}
+
 /// Draws each stretch of a line between its gaps, one of a single point as a dot.
-void drawSignal(cairo_t* context, const Plot& plot) {
+void drawSignal(cairo_t* context, const Plot& plot, const std::vector<LinePoint>& line) {
     constexpr double dotRadius = 1.5;
-    const std::vector<LinePoint>& line = plot.panel->line;
-    setColour(context, signalBlue);
     cairo_set_line_width(context, 1.1);
     for (auto first = line.begin(); first != line.end();) {
         const auto end = std::find_if(first, line.end(), isGap);
@@ -33,6 +52,15 @@ void drawSignal(cairo_t* context, const Plot& plot) {
     }
 }
 
+void drawSignals(cairo_t* context, const Plot& plot) {
+    const std::vector<ChartLine>& lines = plot.panel->lines;
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        setStyle(context, lineStyle(i, lines.size()));
+        drawSignal(context, plot, lines[i].points);
+    }
+    setStyle(context, {.colour = ink});
+}
+
 /// The area between a peak and its baseline.
 void shadePeak(cairo_t* context, const Plot& plot, const ChartPeak& peak) {
     if (!peak.start || !peak.end || !peak.baseline) {
@@ -46,7 +74,7 @@ void shadePeak(cairo_t* context, const Plot& plot, const ChartPeak& peak) {
         return;
     }
     cairo_move_to(context, plot.x(below.front().x), plot.y(below.front().y));
-    for (const LinePoint& point : cutTo(plot.panel->line, times)) {
+    for (const LinePoint& point : cutTo(plot.panel->lines.front().points, times)) {
         if (!std::isnan(point.y)) {
             cairo_line_to(context, plot.x(point.x), plot.y(point.y));
         }
@@ -65,9 +93,11 @@ void drawBaseline(cairo_t* context, const Plot& plot, const ChartPeak& peak) {
     for (const LinePoint& point : cutTo(ends, plot.times)) {
         cairo_line_to(context, plot.x(point.x), plot.y(point.y));
     }
-    setColour(context, baselineRed);
+    setStyle(context, {.colour = peak.isBaselineMeasured ? baselineRed : faint,
+                       .isDashed = !peak.isBaselineMeasured});
     cairo_set_line_width(context, 0.9);
     cairo_stroke(context);
+    setStyle(context, {.colour = ink});
 }
 
 /// Short ticks across the signal where a peak starts and ends.
@@ -91,7 +121,7 @@ void drawLabel(cairo_t* context, const Plot& plot, const PlacedLabel& label) {
     const double start = plot.y(label.apex.y) - gap;
     const double bend = plot.y(label.place.base) - labelClearance;
     const double bottom = plot.y(label.place.base) - label.place.clearance();
-    if (start - bottom - gap > shortestLeader) {
+    if (!isGap(label.apex) && start - bottom - gap > shortestLeader) {
         cairo_move_to(context, x, start);
         cairo_line_to(context, x, std::min(start, bend));
         cairo_line_to(context, label.place.centre, bottom + gap);
@@ -105,21 +135,20 @@ void drawLabel(cairo_t* context, const Plot& plot, const PlacedLabel& label) {
 
 } // namespace
 
-bool isGap(const LinePoint& point) {
-    return std::isnan(point.y);
-}
-
 void drawTraces(cairo_t* context, const Plot& plot) {
     cairo_save(context);
     cairo_rectangle(context, plot.box.left, plot.box.top, plot.box.width(), plot.box.height());
     cairo_clip(context);
+    if (plot.panel->lines.size() == 1) {
+        shadeGaps(context, plot, plot.panel->lines.front().points);
+    }
     for (const ChartPeak& peak : plot.panel->peaks) {
         shadePeak(context, plot, peak);
     }
     for (const ChartPeak& peak : plot.panel->peaks) {
         drawBaseline(context, plot, peak);
     }
-    drawSignal(context, plot);
+    drawSignals(context, plot);
     for (const ChartPeak& peak : plot.panel->peaks) {
         drawBounds(context, plot, peak);
     }

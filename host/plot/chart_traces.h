@@ -7,9 +7,6 @@
 
 namespace korlit::host {
 
-/// Whether a line has no value at a point.
-bool isGap(const LinePoint& point);
-
 /// Draws the signal with its peaks and their baselines.
 void drawTraces(cairo_t* context, const Plot& plot);
 

@@ -91,6 +91,8 @@ ChartPeak chartPeakOf(const Peak& peak, const DataSet& set, const TimeScale& sca
     if (baselineStart && baselineStop && baselineStart->x < baselineStop->x &&
         !std::isnan(baselineStart->y) && !std::isnan(baselineStop->y)) {
         drawn.baseline = {*baselineStart, *baselineStop};
+        drawn.isBaselineMeasured =
+            drawable(peak.baselineStartValue) && drawable(peak.baselineStopValue);
     }
     return drawn;
 }
@@ -105,9 +107,16 @@ void addPeaks(ChartPanel& panel, const DataSet& set, const TimeScale& scale) {
         }
     }
     if (const std::size_t missing = set.peaks.size() - panel.peaks.size(); missing > 0) {
-        panel.note = std::to_string(missing) + (missing == 1 ? " peak lies" : " peaks lie") +
-                     " outside the signal";
+        panel.note = joined({panel.note, std::to_string(missing) +
+                                             (missing == 1 ? " peak lies" : " peaks lie") +
+                                             " outside the signal"},
+                            "; ");
     }
+}
+
+/// What the signs of a panel mean that aren't plain.
+std::string signsOf(const ChartLine& line) {
+    return std::ranges::any_of(line.points, isGap) ? "no values where it is grey" : "";
 }
 
 } // namespace
@@ -125,10 +134,11 @@ TimeScale scaleOf(const DataSet& set, bool isInMinutes) {
 
 ChartPanel panelOf(const DataSet& set, bool isInMinutes, const Chart& chart, bool isWithPeaks) {
     const TimeScale scale = scaleOf(set, isInMinutes);
+    const ChartLine line{.name = "", .points = signalLine(set, scale, chart.times, chart.width)};
     ChartPanel panel{.title = panelTitleOf(set),
-                     .note = "",
+                     .note = signsOf(line),
                      .unit = drawableText(set.detectorUnit),
-                     .line = signalLine(set, scale, chart.times, chart.width),
+                     .lines = {line},
                      .peaks = {}};
     if (isWithPeaks && isInMinutes) {
         addPeaks(panel, set, scale);
