@@ -5,11 +5,14 @@
 #include "host/command/command_tree.h"
 #include "host/files/formats.h"
 
+#include <cstddef>
+#include <functional>
 #include <string>
 #include <vector>
 
 namespace CLI {
 class App;
+class Option;
 } // namespace CLI
 
 namespace korlit::host {
@@ -27,7 +30,16 @@ void addKindOption(CLI::App& command, FileKind& kind);
 /// A command, or all of them, as plain data.
 CommandInfo infoOf(const CLI::App& app);
 
-/// Choices as the help shows them behind the name of a value, and as the command tree reads them.
-std::string shown(const std::vector<std::string>& choices);
+/// An option that takes one of a few words.
+struct Choice {
+    std::string option; ///< --paper
+    std::string value;  ///< what stands for the word: PAPER
+    std::vector<std::string> names;
+    std::string description;
+};
+
+/// Adds it; `take` gets the index of the word that was chosen.
+CLI::Option* addChoice(CLI::App& command, const Choice& choice,
+                       const std::function<void(std::size_t)>& take);
 
 } // namespace korlit::host

@@ -22,7 +22,7 @@ void addComparisonOptions(CLI::App& command, CompareOptions& options) {
         ->delimiter(',')
         ->allow_extra_args(false)
         ->check(CLI::IsMember{parts}.description(""))
-        ->type_name("PARTS:" + shown(parts));
+        ->type_name("PARTS:{signal,peaks,texts}");
     command.add_option("--channel", options.channel, "Of a run, compare this channel, from 1")
         ->check(CLI::Validator{CLI::PositiveNumber}.description(""))
         ->type_name("N");

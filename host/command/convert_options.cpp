@@ -5,7 +5,6 @@
 
 #include <CLI/CLI.hpp>
 
-#include <map>
 #include <memory>
 
 namespace korlit::host {
@@ -26,10 +25,12 @@ void addWorkOptions(CLI::App& command, ConvertOptions& options) {
     command.add_flag("-0,--null", work.isZeroSeparated,
                      "The paths of that file end with NUL characters instead of lines");
     addKindOption(command, work.from);
-    const std::map<std::string, Goal> goals{{"andi", Goal::Andi}, {"pair", Goal::Pair}};
-    command.add_option("--to", work.to, "Convert what becomes this, and in folders nothing else")
-        ->transform(CLI::Transformer{goals})
-        ->type_name("KIND:{andi,pair}");
+    addChoice(command,
+              {.option = "--to",
+               .value = "KIND",
+               .names = {"andi", "pair"},
+               .description = "Convert what becomes this, and in folders nothing else"},
+              [&work](std::size_t i) { work.to = i == 0 ? Goal::Andi : Goal::Pair; });
     auto* folder = command
                        .add_option("-d,--output-dir", work.outputFolder,
                                    "Write into this folder, which mirrors the folders below a\n"

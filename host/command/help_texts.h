@@ -63,13 +63,19 @@ Examples:
   korlit info --from dunvale run.bin)";
 
 constexpr const char* plotHelp =
-    "The chart replaces a file of its name. Each channel of a run has a panel of its own; peaks\n"
-    "have their names or, without one, their retention times.\n"
+    "The chart replaces a file of its name. Each channel of a run has a panel of its own, more\n"
+    "than four in columns; peaks have their names or, without one, their retention times. Several\n"
+    "files are drawn over each other, each channel in one panel, without their peaks.\n"
+    "\n"
+    "A baseline that the file has is red; dashed is one that is only drawn from start to end of a\n"
+    "peak. Grey is where the signal has no values.\n"
     "\n"
     "Examples:\n"
     "  korlit plot run.cdf -o run.svg\n"
     "  korlit plot run.sli -o report.pdf --title \"Batch 25, second injection\"\n"
     "  korlit plot dad.run -o dad.png --width 1600 --from-time 2.5 --to-time 8\n"
+    "  korlit plot monday.cdf tuesday.cdf -o both.pdf --paper a4 --ymax 250\n"
+    "  korlit plot run.cdf --format png --scale 2 -o - > run.png\n"
     "\n"
     "Exit status: 0 drawn, 1 failed, 2 wrong use.";
 

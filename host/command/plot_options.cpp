@@ -9,44 +9,84 @@
 
 namespace korlit::host {
 
-void addPlotCommand(CLI::App& app, int& status) {
+namespace {
+
+void addSizeOptions(CLI::App& command, PlotOptions& options) {
     constexpr double leastSize = 200;
     constexpr double largestSize = 10000;
+    constexpr double leastScale = 0.1;
+    constexpr double largestScale = 10;
+    const CLI::Validator isSize = CLI::Range(leastSize, largestSize).description("");
+    auto* width = command
+                      .add_option("--width", options.width,
+                                  "Its width in points or pixels, from 200 to 10000")
+                      ->capture_default_str()
+                      ->check(isSize)
+                      ->type_name("N");
+    auto* height = command
+                       .add_option("--height", options.height,
+                                   "Its height, from 200 to 10000; else after width and channels")
+                       ->check(isSize)
+                       ->type_name("N");
+    addChoice(command,
+              {.option = "--paper",
+               .value = "PAPER",
+               .names = {"a4", "letter"},
+               .description = "Lay a PDF out for a sheet of paper"},
+              [&options](std::size_t i) { options.paper = i == 0 ? Paper::A4 : Paper::Letter; })
+        ->excludes(width)
+        ->excludes(height);
+    command.add_option("--scale", options.scale, "Pixels of a PNG for each point, from 0.1 to 10")
+        ->check(CLI::Range(leastScale, largestScale).description(""))
+        ->type_name("F");
+}
+
+void addAxisOptions(CLI::App& command, PlotOptions& options) {
+    command.add_option("--from-time", options.from, "Where the time axis starts, in minutes")
+        ->check(refuseMinutes)
+        ->type_name("MINUTES");
+    command.add_option("--to-time", options.to, "Where it ends")
+        ->check(refuseMinutes)
+        ->type_name("MINUTES");
+    command.add_option("--ymin", options.values.from, "Where the axis of the signal starts")
+        ->check(refuseAxisEnd)
+        ->type_name("VALUE");
+    command.add_option("--ymax", options.values.to, "Where it ends")
+        ->check(refuseAxisEnd)
+        ->type_name("VALUE");
+}
+
+} // namespace
+
+void addPlotCommand(CLI::App& app, int& status) {
     const auto options = std::make_shared<PlotOptions>();
-    CLI::App* command =
-        app.add_subcommand("plot", "Draws the chromatogram of a file as SVG, PNG or PDF");
+    CLI::App* command = app.add_subcommand("plot", "Draws chromatograms as SVG, PNG or PDF");
     command->footer(plotHelp);
-    command->add_option("FILE", options->file, "An ANDI file, a slice file or a run")
+    command
+        ->add_option("FILE", options->files,
+                     "ANDI files, slice files or runs; several are drawn over each other")
         ->required()
         ->type_name("");
-    command->add_option("-o,--output", options->output, "The chart: a .svg, .png or .pdf file")
+    command
+        ->add_option("-o,--output", options->output,
+                     "The chart: a .svg, .png or .pdf file; - is standard output")
         ->required()
-        ->check(refuseChartName)
         ->type_name("FILE");
-    const CLI::Validator isSize = CLI::Range(leastSize, largestSize).description("");
-    command
-        ->add_option("--width", options->width, "Its width in points or pixels, from 200 to 10000")
-        ->capture_default_str()
-        ->check(isSize)
+    addChoice(*command,
+              {.option = "--format",
+               .value = "FORMAT",
+               .names = chartFormatNames(),
+               .description = "The format, whatever the name of the output"},
+              [options](std::size_t i) { options->format = static_cast<ChartFormat>(i); });
+    addSizeOptions(*command, *options);
+    addAxisOptions(*command, *options);
+    command->add_option("--channel", options->channel, "Of a run, draw this channel, from 1")
+        ->check(CLI::Validator{CLI::PositiveNumber}.description(""))
         ->type_name("N");
-    command
-        ->add_option("--height", options->height,
-                     "Its height, from 200 to 10000; else after the number of channels")
-        ->check(isSize)
-        ->type_name("N");
-    command->add_option("--from-time", options->from, "Where the time axis starts, in minutes")
-        ->check(refuseMinutes)
-        ->type_name("MINUTES");
-    command->add_option("--to-time", options->to, "Where it ends")
-        ->check(refuseMinutes)
-        ->type_name("MINUTES");
     command->add_flag("--no-peaks", options->isWithoutPeaks, "Draw the signal alone");
     command->add_option("--title", options->title, "The title, else the sample's name")
         ->type_name("TEXT");
-    command->callback([options, &status] {
-        plotFile(*options);
-        status = 0;
-    });
+    command->callback([options, &status] { status = plotFiles(*options); });
 }
 
 } // namespace korlit::host

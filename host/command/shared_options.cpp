@@ -9,25 +9,27 @@
 
 namespace korlit::host {
 
-std::string shown(const std::vector<std::string>& choices) {
-    return '{' + joined(choices, ",") + '}';
+CLI::Option* addChoice(CLI::App& command, const Choice& choice,
+                       const std::function<void(std::size_t)>& take) {
+    const auto read = [choice, take](const std::string& name) {
+        const auto found = std::ranges::find(choice.names, name);
+        if (found == choice.names.end()) {
+            throw CLI::ValidationError{choice.option, "must be " + alternatives(choice.names)};
+        }
+        take(static_cast<std::size_t>(found - choice.names.begin()));
+    };
+    return command.add_option_function<std::string>(choice.option, read, choice.description)
+        ->type_name(choice.value + ":{" + joined(choice.names, ",") + '}');
 }
 
 void addKindOption(CLI::App& command, FileKind& kind) {
     const auto formats = knownFormats();
-    std::vector<std::string> names;
-    std::ranges::transform(formats, std::back_inserter(names), &Format::name);
-    const auto read = [&kind, formats, names](const std::string& name) {
-        const auto format = std::ranges::find(formats, name, &Format::name);
-        if (format == formats.end()) {
-            throw CLI::ValidationError{"--from", "must be " + alternatives(names)};
-        }
-        kind = format->kind;
-    };
-    command
-        .add_option_function<std::string>(
-            "--from", read, "Take all files for this kind instead of recognising each")
-        ->type_name("KIND:" + shown(names));
+    Choice choice{.option = "--from",
+                  .value = "KIND",
+                  .names = {},
+                  .description = "Take all files for this kind instead of recognising each"};
+    std::ranges::transform(formats, std::back_inserter(choice.names), &Format::name);
+    addChoice(command, choice, [&kind, formats](std::size_t i) { kind = formats[i].kind; });
 }
 
 } // namespace korlit::host

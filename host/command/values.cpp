@@ -1,6 +1,5 @@
 #include "host/command/values.h"
 
-#include "host/plot/chart_file.h"
 #include "host/plot/chart_layout.h"
 #include "host/text/words.h"
 
@@ -28,13 +27,14 @@ bool readCount(std::string_view digits, std::size_t& count) {
 
 } // namespace
 
-std::string refuseChartName(const std::string& text) {
-    return chartFormatOf(text) ? "" : "a chart is a .svg, .png or .pdf file, not " + text;
-}
-
 std::string refuseMinutes(const std::string& text) {
     const auto minutes = numberIn(text);
     return minutes && isDrawable(*minutes) ? "" : text + " is no number of minutes";
+}
+
+std::string refuseAxisEnd(const std::string& text) {
+    const auto value = numberIn(text);
+    return value && isDrawable(*value) ? "" : text + " is no number for an axis";
 }
 
 std::string refuseTolerance(const std::string& text) {

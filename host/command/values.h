@@ -8,8 +8,8 @@
 namespace korlit::host {
 
 /// What is wrong with a value; the empty text for a good one.
-std::string refuseChartName(const std::string& text);
 std::string refuseMinutes(const std::string& text);
+std::string refuseAxisEnd(const std::string& text);
 std::string refuseTolerance(const std::string& text);
 
 /// Reads "2/5", the second of five parts. False for what is none.

@@ -29,20 +29,6 @@ std::optional<DataSets> setsOf(const std::string& file) {
     }
 }
 
-/// Leaves of a run the channel that was asked for.
-void pickChannel(DataSets& sets, int channel) {
-    if (channel == 0 || !formatOf(sets.front().kind).hasChannels) {
-        return;
-    }
-    const auto index = static_cast<std::size_t>(channel - 1);
-    if (index >= sets.size()) {
-        throw WrongUse{sets.front().source + " has no channel " + std::to_string(channel) +
-                       ", only " + std::to_string(sets.size())};
-    }
-    std::swap(sets.front(), sets[index]);
-    sets.resize(1);
-}
-
 /// Throws where a run of several channels meets a file that can hold one signal only.
 void checkCounts(const DataSets& a, const DataSets& b) {
     for (const auto& [run, other] : {std::pair{&a, &b}, std::pair{&b, &a}}) {

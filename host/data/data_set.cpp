@@ -4,6 +4,7 @@
 #include "host/files/diagnosis.h"
 #include "host/files/staging.h"
 #include "host/system/temporary_folder.h"
+#include "host/text/wrong_use.h"
 #include "native/pair_rules.h"
 
 #include <algorithm>
@@ -142,6 +143,19 @@ std::vector<DataSet> loadDataSets(const std::string& file, FileKind kind) {
         set.kind = kind;
     }
     return sets;
+}
+
+void pickChannel(std::vector<DataSet>& sets, int channel) {
+    if (channel == 0 || !formatOf(sets.front().kind).hasChannels) {
+        return;
+    }
+    const auto index = static_cast<std::size_t>(channel - 1);
+    if (index >= sets.size()) {
+        throw WrongUse{sets.front().source + " has no channel " + std::to_string(channel) +
+                       ", only " + std::to_string(sets.size())};
+    }
+    std::swap(sets.front(), sets[index]);
+    sets.resize(1);
 }
 
 } // namespace korlit::host

@@ -75,4 +75,8 @@ const std::vector<PeakNumber>& peakNumbers();
 /// can't be read.
 std::vector<DataSet> loadDataSets(const std::string& file, FileKind kind = FileKind::Unknown);
 
+/// Leaves of a run the channel of that number, if it isn't 0. Files of one signal stay as they are.
+/// Throws WrongUse where the run has no such channel.
+void pickChannel(std::vector<DataSet>& sets, int channel);
+
 } // namespace korlit::host

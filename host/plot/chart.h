@@ -15,11 +15,11 @@ namespace korlit::host {
 /// The points are on the signal where the file doesn't say otherwise; without a value where the
 /// signal has none.
 struct ChartPeak {
-    std::string label;
+    std::string label{};
     LinePoint apex;
-    std::optional<LinePoint> start;
-    std::optional<LinePoint> end;
-    std::optional<std::pair<LinePoint, LinePoint>> baseline;
+    std::optional<LinePoint> start{};
+    std::optional<LinePoint> end{};
+    std::optional<std::pair<LinePoint, LinePoint>> baseline{};
     bool isBaselineMeasured = false; ///< else it is drawn from the signal to the signal
 
     /// Whether it goes below its baseline, or below its ends if it has none.

@@ -1,18 +1,22 @@
 #include "host/plot/chart_file.h"
 
 #include "host/files/extensions.h"
+#include "host/plot/chart_pen.h"
 #include "host/system/temporary_folder.h"
+#include "host/text/utf8.h"
 
 #include <cairo-pdf.h>
 #include <cairo-svg.h>
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <fstream>
+#include <iomanip>
+#include <iostream>
 #include <memory>
+#include <sstream>
 #include <stdexcept>
-#include <string_view>
+#include <utility>
 
 namespace korlit::host {
 
@@ -27,9 +31,6 @@ struct Release {
 using Surface = std::unique_ptr<cairo_surface_t, Release>;
 using Context = std::unique_ptr<cairo_t, Release>;
 
-constexpr std::array<std::pair<std::string_view, ChartFormat>, 3> endings{
-    {{".svg", ChartFormat::Svg}, {".png", ChartFormat::Png}, {".pdf", ChartFormat::Pdf}}};
-
 void require(cairo_status_t status) {
     if (status != CAIRO_STATUS_SUCCESS) {
         throw std::runtime_error{cairo_status_to_string(status)};
@@ -37,65 +38,152 @@ void require(cairo_status_t status) {
 }
 
 cairo_status_t appendTo(void* stream, const unsigned char* bytes, unsigned int length) {
-    auto& out = *static_cast<std::ofstream*>(stream);
+    auto& out = *static_cast<std::ostream*>(stream);
     out.write(reinterpret_cast<const char*>(bytes), length);
     return out ? CAIRO_STATUS_SUCCESS : CAIRO_STATUS_WRITE_ERROR;
 }
 
-Surface surfaceFor(ChartFormat format, double width, double height, std::ofstream& out) {
-    switch (format) {
+Surface surfaceFor(const Chart& chart, const ChartTarget& target, std::ostream& out) {
+    switch (target.format) {
     case ChartFormat::Svg: {
-        Surface surface{cairo_svg_surface_create_for_stream(appendTo, &out, width, height)};
+        Surface surface{
+            cairo_svg_surface_create_for_stream(appendTo, &out, chart.width, chart.height)};
         cairo_svg_surface_set_document_unit(surface.get(), CAIRO_SVG_UNIT_PX);
         return surface;
     }
-    case ChartFormat::Pdf:
-        return Surface{cairo_pdf_surface_create_for_stream(appendTo, &out, width, height)};
+    case ChartFormat::Pdf: {
+        Surface surface{
+            cairo_pdf_surface_create_for_stream(appendTo, &out, chart.width, chart.height)};
+        cairo_pdf_surface_set_metadata(surface.get(), CAIRO_PDF_METADATA_TITLE,
+                                       chart.title.c_str());
+        return surface;
+    }
     case ChartFormat::Png:
         break;
     }
-    return Surface{cairo_image_surface_create(CAIRO_FORMAT_RGB24,
-                                              static_cast<int>(std::lround(width)),
-                                              static_cast<int>(std::lround(height)))};
+    return Surface{cairo_image_surface_create(
+        CAIRO_FORMAT_RGB24, static_cast<int>(std::lround(chart.width * target.scale)),
+        static_cast<int>(std::lround(chart.height * target.scale)))};
 }
 
-void render(const Chart& chart, ChartFormat format, const fs::path& file) {
-    std::ofstream out{file, std::ios::binary};
-    const Surface surface = surfaceFor(format, chart.width, chart.height, out);
+void render(const Chart& chart, const ChartTarget& target, std::ostream& out) {
+    const Surface surface = surfaceFor(chart, target, out);
     const Context context{cairo_create(surface.get())};
     require(cairo_status(context.get()));
+    if (target.format == ChartFormat::Png) {
+        cairo_scale(context.get(), target.scale, target.scale);
+    }
     drawChart(context.get(), chart);
     require(cairo_status(context.get()));
-    if (format == ChartFormat::Png) {
+    if (target.format == ChartFormat::Png) {
         require(cairo_surface_write_to_png_stream(surface.get(), appendTo, &out));
     }
     cairo_surface_finish(surface.get());
     require(cairo_surface_status(surface.get()));
+}
+
+void renderToFile(const Chart& chart, const ChartTarget& target) {
+    const fs::path& file = target.file;
+    const TemporaryFolder stage{file.has_parent_path() ? file.parent_path() : "."};
+    const fs::path drawn = stage.path() / "chart";
+    std::ofstream out{drawn, std::ios::binary};
+    render(chart, target, out);
     out.close();
     require(out ? CAIRO_STATUS_SUCCESS : CAIRO_STATUS_WRITE_ERROR);
+    fs::rename(drawn, file);
+}
+
+/// All that a chart writes but for numbers.
+std::u32string charactersIn(const Chart& chart) {
+    std::string all = chart.title + chart.subtitle + chart.note;
+    for (const ChartPanel& panel : chart.panels) {
+        all += panel.title + panel.unit;
+        for (const ChartPeak& peak : panel.peaks) {
+            all += peak.label;
+        }
+        for (const ChartLine& line : panel.lines) {
+            all += line.name;
+        }
+    }
+    return charactersOf(all);
+}
+
+bool hasPictureIn(cairo_scaled_font_t* font, char32_t character) {
+    const std::string text = encoded(std::u32string(1, character));
+    cairo_glyph_t* glyphs = nullptr;
+    int count = 0;
+    const cairo_status_t status =
+        cairo_scaled_font_text_to_glyphs(font, 0, 0, text.c_str(), static_cast<int>(text.size()),
+                                         &glyphs, &count, nullptr, nullptr, nullptr);
+    const bool hasPicture =
+        status == CAIRO_STATUS_SUCCESS &&
+        std::all_of(glyphs, glyphs + count, [](const auto& glyph) { return glyph.index != 0; });
+    cairo_glyph_free(glyphs);
+    return hasPicture;
 }
 
 } // namespace
 
-std::optional<ChartFormat> chartFormatOf(const fs::path& file) {
-    const auto* const found = std::ranges::find_if(
-        endings, [&](const auto& each) { return hasExtension(file, each.first); });
-    return found == endings.end() ? std::nullopt : std::optional{found->second};
+const std::vector<std::string>& chartFormatNames() {
+    static const std::vector<std::string> names{"svg", "png", "pdf"};
+    return names;
 }
 
-void writeChart(const Chart& chart, ChartFormat format, const fs::path& target) {
-    const std::string failure = "can't write " + target.string() + ": ";
+std::optional<ChartFormat> chartFormatOf(const fs::path& file) {
+    const auto& names = chartFormatNames();
+    const auto name = std::ranges::find_if(
+        names, [&](const std::string& each) { return hasExtension(file, '.' + each); });
+    return name == names.end() ? std::nullopt
+                               : std::optional{static_cast<ChartFormat>(name - names.begin())};
+}
+
+void fitTo(Chart& chart, Paper sheet) {
+    constexpr double pointsPerInch = 72;
+    constexpr double millimetresPerInch = 25.4;
+    constexpr std::size_t mostAcross = 2;
+    const auto [shorter, longer] =
+        sheet == Paper::A4 ? std::pair{210 / millimetresPerInch, 297 / millimetresPerInch}
+                           : std::pair{8.5, 11.0};
+    const bool isAcross = chart.panels.size() <= mostAcross;
+    chart.width = (isAcross ? longer : shorter) * pointsPerInch;
+    chart.height = (isAcross ? shorter : longer) * pointsPerInch;
+}
+
+void writeChart(const Chart& chart, const ChartTarget& target) {
+    const std::string failure = "can't write " + target.file.string() + ": ";
     try {
-        const fs::path folder = target.has_parent_path() ? target.parent_path() : ".";
-        const TemporaryFolder stage{folder};
-        const fs::path drawn = stage.path() / target.filename();
-        render(chart, format, drawn);
-        fs::rename(drawn, target);
+        if (target.file == "-") {
+            std::ostringstream whole;
+            render(chart, target, whole);
+            std::cout << whole.view();
+        } else {
+            renderToFile(chart, target);
+        }
     } catch (const fs::filesystem_error& error) {
         throw std::runtime_error{failure + error.code().message()};
     } catch (const std::runtime_error& error) {
         throw std::runtime_error{failure + error.what()};
     }
+}
+
+std::vector<std::string> missingPictures(const Chart& chart) {
+    const Surface surface{cairo_image_surface_create(CAIRO_FORMAT_A8, 1, 1)};
+    const Context context{cairo_create(surface.get())};
+    setFont(context.get(), textSize);
+    cairo_scaled_font_t* font = cairo_get_scaled_font(context.get());
+    std::u32string characters = charactersIn(chart);
+    std::ranges::sort(characters);
+    characters.erase(std::unique(characters.begin(), characters.end()), characters.end());
+    std::vector<std::string> missing;
+    for (const char32_t character : characters) {
+        if (!hasPictureIn(font, character)) {
+            std::ostringstream name;
+            name << "U+" << std::hex << std::uppercase << std::setw(4) << std::setfill('0')
+                 << static_cast<std::uint32_t>(character);
+            missing.push_back(name.str());
+        }
+    }
+    return missing;
 }
 
 } // namespace korlit::host

@@ -15,6 +15,7 @@ constexpr double strokeLength = 22;
 constexpr double strokeGap = 6;
 constexpr double entryGap = 18;
 constexpr double rowHeight = 16;
+constexpr double spaceAbove = 4;
 
 /// A name with its place below the subtitle.
 struct LegendEntry {
@@ -41,7 +42,7 @@ std::vector<LegendEntry> legendOf(cairo_t* context, const Chart& chart, double l
     setFont(context, textSize);
     const double right = chart.width - outerMargin;
     double x = left;
-    double y = rowHeight;
+    double y = rowHeight + spaceAbove;
     for (std::size_t i = 0; i < panel->lines.size(); ++i) {
         const std::string name =
             fitted(context, panel->lines[i].name, right - left - strokeLength - strokeGap);

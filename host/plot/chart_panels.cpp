@@ -204,9 +204,9 @@ void applyBounds(cairo_t* context, Plot& plot, const Bounds& bounds) {
     setFont(context, smallSize);
     for (PlacedLabel& label : plot.labels) {
         const double length = drawnWidth(context, label.text) + label.place.clearance();
-        label.place.base =
-            std::clamp(label.place.base, plot.values.from,
-                       std::max(plot.values.from, plot.values.to - length * valuePerPoint));
+        const double highest = std::max(plot.values.from, plot.values.to - length * valuePerPoint);
+        label.isOverSignal = label.place.base > highest;
+        label.place.base = std::clamp(label.place.base, plot.values.from, highest);
     }
 }
 

@@ -31,6 +31,7 @@ struct PlacedLabel {
     std::string text;
     LabelPlace place;
     LinePoint apex;
+    bool isOverSignal = false; ///< where the end of the axis leaves no room above
 };
 
 /// A panel with everything that has been decided about it.

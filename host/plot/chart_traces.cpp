@@ -129,6 +129,13 @@ void drawLabel(cairo_t* context, const Plot& plot, const PlacedLabel& label) {
         cairo_set_line_width(context, 0.7);
         cairo_stroke(context);
     }
+    if (label.isOverSignal) {
+        setColour(context, paper);
+        const double length = drawnWidth(context, label.text);
+        cairo_rectangle(context, label.place.centre - labelThickness / 2, bottom - length,
+                        labelThickness, length);
+        cairo_fill(context);
+    }
     setColour(context, ink);
     drawUpwards(context, label.text, smallSize, label.place.centre, bottom, 0);
 }
