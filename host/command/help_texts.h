@@ -49,6 +49,9 @@ detector unit with minimum_time_min and maximum_time_min, and peaks, whose keys
 are the columns of --peaks. A number that a file doesn't have, or that is none,
 is null.
 
+--jsonl prints the same, and for a file that can't be read an object with the keys
+file and error.
+
 --peaks prints a row for each peak and --signal one for each sample, with the
 columns time_min and value in the detector unit; a run has the column channel
 ahead of them. Times are minutes from injection, areas and heights stand as in an
@@ -60,6 +63,8 @@ Examples:
   korlit info --json *.sli | jq .sample
   korlit info --peaks run.cdf > peaks.csv
   korlit info --signal run.dat > signal.csv
+  korlit info --signal --channel 2 run.dat | head
+  korlit info - < run.cdf
   korlit info --from dunvale run.bin)";
 
 constexpr const char* plotHelp =

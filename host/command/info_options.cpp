@@ -12,16 +12,28 @@ void addInfoCommand(CLI::App& app, int& status) {
     const auto options = std::make_shared<InfoOptions>();
     CLI::App* const command =
         app.add_subcommand("info", "Shows what files hold: facts, peaks, signal");
-    command->add_option("FILE", options->files, "ANDI files, slice files of pairs, runs")
+    command
+        ->add_option("FILE", options->files,
+                     "ANDI files, slice files of pairs, runs; - is standard input")
         ->required()
         ->type_name("");
     addKindOption(*command, options->from);
     CLI::Option* const json = command->add_flag("--json", options->json, "Print JSON");
+    CLI::Option* const jsonLines =
+        command
+            ->add_flag("--jsonl", options->isJsonLines,
+                       "Print a JSON object a line, one for a file that can't be read, too")
+            ->excludes(json);
     CLI::Option* const peaks = command->add_flag("--peaks", options->peaks, "Print peaks as CSV");
     command->add_flag("--signal", options->signal, "Print the signal as CSV")
         ->excludes(json)
-        ->excludes(peaks);
+        ->excludes(peaks)
+        ->excludes(jsonLines);
     json->excludes(peaks);
+    jsonLines->excludes(peaks);
+    command->add_option("--channel", options->channel, "Of a run, show this channel, from 1")
+        ->check(CLI::Validator{CLI::PositiveNumber}.description(""))
+        ->type_name("N");
     command->footer(infoHelp);
     command->callback([options, &status] { status = showFiles(*options); });
 }

@@ -64,7 +64,8 @@ void addPlotCommand(CLI::App& app, int& status) {
     command->footer(plotHelp);
     command
         ->add_option("FILE", options->files,
-                     "ANDI files, slice files or runs; several are drawn over each other")
+                     "ANDI files, slice files or runs; - is standard input. Several are drawn "
+                     "over\neach other")
         ->required()
         ->type_name("");
     command

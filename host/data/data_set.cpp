@@ -3,6 +3,7 @@
 #include "host/files/broken_files.h"
 #include "host/files/diagnosis.h"
 #include "host/files/staging.h"
+#include "host/files/standard_input.h"
 #include "host/system/temporary_folder.h"
 #include "host/text/wrong_use.h"
 #include "native/pair_rules.h"
@@ -95,6 +96,54 @@ DataSet dataSetOf(const std::string& andiFile) {
     return set;
 }
 
+std::vector<DataSet> loadFrom(const std::string& path, FileKind kind) {
+    std::vector<DataSet> sets;
+    if (formatOf(kind).isAndi) {
+        sets.push_back(dataSetOf(path));
+        return sets;
+    }
+    const TemporaryFolder stage{std::filesystem::temp_directory_path()};
+    const Plan plan = planFor(path, kind, stage.path(), "data");
+    const StagedResult result = convertStaged(plan, stage.path());
+    if (!result.isConverted) {
+        throw std::runtime_error{withDiagnosis(result.message, plan, stage.path())};
+    }
+    for (const StagedFile& target : plan.targets) {
+        sets.push_back(dataSetOf(target.path.string()));
+        sets.back().channel = plan.targets.size() > 1 ? static_cast<int>(sets.size()) : 0;
+    }
+    return sets;
+}
+
+/// The data sets of the file at `path`, with `name` for its source.
+std::vector<DataSet> loadNamed(const std::string& path, const std::string& name, FileKind kind) {
+    kind = isKnown(kind) ? kind : recognise(path);
+    std::vector<DataSet> sets = loadFrom(path, kind);
+    for (DataSet& set : sets) {
+        set.source = name;
+        set.kind = kind;
+    }
+    return sets;
+}
+
+std::vector<DataSet> loadStandardInput(FileKind kind) {
+    constexpr const char* name = "standard input";
+    const StandardInputCopy copy;
+    if ((isKnown(kind) ? kind : recognise(copy.path())) == FileKind::Merivolta) {
+        throw std::runtime_error{"a pair is two files, and can't come through standard input"};
+    }
+    try {
+        return loadNamed(copy.path(), name, kind);
+    } catch (const std::runtime_error& error) {
+        // The words are about the copy, of which nobody knows.
+        std::string words = error.what();
+        if (const std::size_t place = words.find(copy.path()); place != std::string::npos) {
+            words.replace(place, copy.path().size(), name);
+        }
+        throw std::runtime_error{words};
+    }
+}
+
 } // namespace
 
 std::string DataSet::text(const std::string& name) const {
@@ -120,29 +169,10 @@ const std::vector<PeakNumber>& peakNumbers() {
 }
 
 std::vector<DataSet> loadDataSets(const std::string& file, FileKind kind) {
-    if (!isKnown(kind)) {
-        kind = recognise(file);
+    if (file == standardInputWord) {
+        return loadStandardInput(kind);
     }
-    std::vector<DataSet> sets;
-    if (formatOf(kind).isAndi) {
-        sets.push_back(dataSetOf(file));
-    } else {
-        const TemporaryFolder stage{std::filesystem::temp_directory_path()};
-        const Plan plan = planFor(file, kind, stage.path(), "data");
-        const StagedResult result = convertStaged(plan, stage.path());
-        if (!result.isConverted) {
-            throw std::runtime_error{withDiagnosis(result.message, plan, stage.path())};
-        }
-        for (const StagedFile& target : plan.targets) {
-            sets.push_back(dataSetOf(target.path.string()));
-            sets.back().channel = plan.targets.size() > 1 ? static_cast<int>(sets.size()) : 0;
-        }
-    }
-    for (DataSet& set : sets) {
-        set.source = file;
-        set.kind = kind;
-    }
-    return sets;
+    return loadNamed(file, file, kind);
 }
 
 void pickChannel(std::vector<DataSet>& sets, int channel) {

@@ -71,8 +71,8 @@ struct PeakNumber {
 const std::vector<PeakNumber>& peakNumbers();
 
 /// All signals of a file: one of an ANDI file or a pair, of a run one for each channel. The kind is
-/// recognised if it is Unknown. Throws a runtime_error with the words for the user where the file
-/// can't be read.
+/// recognised if it is Unknown. "-" is what comes through standard input. Throws a runtime_error
+/// with the words for the user where the file can't be read.
 std::vector<DataSet> loadDataSets(const std::string& file, FileKind kind = FileKind::Unknown);
 
 /// Leaves of a run the channel of that number, if it isn't 0. Files of one signal stay as they are.

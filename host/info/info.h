@@ -14,6 +14,8 @@ struct InfoOptions {
     bool json = false;
     bool peaks = false;
     bool signal = false;
+    bool isJsonLines = false; ///< as JSON, with an object for each file that can't be read, too
+    int channel = 0;          ///< of runs; 0 for all
 };
 
 /// Prints what each file holds. Answers 0, or 1 where a file can't be read.

@@ -66,4 +66,10 @@ std::string jsonLine(const Json& value) {
     return encoded(line) + '\n';
 }
 
+std::string failureLine(const std::string& file, const std::string& reason) {
+    Json object{{"file", utf8Of(file)}, {"error", utf8Of(reason)}};
+    addPathBytes(object, "file", file);
+    return jsonLine(object);
+}
+
 } // namespace korlit::host

@@ -20,6 +20,9 @@ Json roundedJson(double number);
 /// alone couldn't be opened.
 void addPathBytes(Json& object, const std::string& key, const std::string& path);
 
+/// A line for a file of which nothing can be told but why.
+std::string failureLine(const std::string& file, const std::string& reason);
+
 /// One line in UTF-8. What would steer a terminal is escaped.
 std::string jsonLine(const Json& value);
 

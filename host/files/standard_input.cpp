@@ -1,0 +1,21 @@
+#include "host/files/standard_input.h"
+
+#include <fstream>
+#include <iostream>
+#include <stdexcept>
+
+namespace korlit::host {
+
+StandardInputCopy::StandardInputCopy() {
+    std::ofstream copy{path(), std::ios::binary};
+    // To write nothing of an empty input counts as a failure of the stream.
+    if (std::cin.peek() != std::istream::traits_type::eof()) {
+        copy << std::cin.rdbuf();
+    }
+    copy.close();
+    if (!copy || std::cin.bad()) {
+        throw std::runtime_error{"standard input could not be read"};
+    }
+}
+
+} // namespace korlit::host

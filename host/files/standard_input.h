@@ -1,0 +1,26 @@
+// Standard input, where a command takes files by their names.
+#pragma once
+
+#include "host/system/temporary_folder.h"
+
+#include <filesystem>
+#include <string>
+
+namespace korlit::host {
+
+/// The word that stands for it among the names of files.
+constexpr const char* standardInputWord = "-";
+
+/// A file with all that standard input holds, for as long as this lives.
+class StandardInputCopy {
+  public:
+    /// Throws a runtime_error where it can't be read or kept.
+    StandardInputCopy();
+
+    std::string path() const { return (folder.path() / "standard input").string(); }
+
+  private:
+    TemporaryFolder folder{std::filesystem::temp_directory_path()};
+};
+
+} // namespace korlit::host
