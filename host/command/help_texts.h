@@ -26,8 +26,8 @@ An interrupt or a hang-up ends the conversions that run and begins no new one;
 power: without it the system may write the files to the disk some seconds later.
 
 --json prints the keys source, kind, outputs, result (converted, skipped, failed,
-planned), message, warnings, seconds, points and peaks; source_bytes has the bytes
-of a path that isn't UTF-8, in hexadecimal.
+planned), message, warnings, seconds, points and peaks; source_bytes and outputs_bytes
+have the bytes of paths that aren't UTF-8, in hexadecimal.
 
 Examples:
   korlit convert run.cdf

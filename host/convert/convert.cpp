@@ -49,16 +49,6 @@ std::set<fs::path> namedFolders(const WorkOptions& options) {
     return folders;
 }
 
-std::set<fs::path> targetFolders(const WorkList& work) {
-    std::set<fs::path> folders;
-    for (const Job& job : work.jobs) {
-        for (const StagedFile& target : job.plan.targets) {
-            folders.insert(target.path.parent_path());
-        }
-    }
-    return folders;
-}
-
 /// A worker that was killed behind its last move has converted its file all the same.
 Outcome outcomeOf(const TaskResult& result, const Job& job, const std::string& batch,
                   SettledOutcomes& settled) {
@@ -74,7 +64,8 @@ Outcome outcomeOf(const TaskResult& result, const Job& job, const std::string& b
 }
 
 void planAll(const WorkList& work, Existing existing, Report& report) {
-    for (const Job& job : work.jobs) {
+    for (std::size_t i = 0; i < work.size(); ++i) {
+        const Job job = work.job(i);
         report.add(job, plannedOutcome(decide(job, existing)));
     }
 }
@@ -85,17 +76,17 @@ void convertInWorkers(const WorkList& work, const ConvertOptions& options, Repor
                          .isCutAllowed = options.isCutAllowed,
                          .isSynced = options.isSynced,
                          .batch = batch}};
-    settleFolders(targetFolders(work));
+    settleFolders(work.targetFolders());
     SettledOutcomes settled;
-    runInWorkers(options.workerCount, work.jobs.size(),
+    runInWorkers(options.workerCount, work.size(),
                  {.run =
                       [&](std::size_t task) {
-                          return packOutcome(task, converter.perform(work.jobs[task], task));
+                          return packOutcome(task, converter.perform(work.job(task), task));
                       },
                   .end = [&] { converter.end(); },
                   .finished =
                       [&](const TaskResult& result) {
-                          const Job& job = work.jobs[result.task];
+                          const Job job = work.job(result.task);
                           report.add(job, outcomeOf(result, job, batch, settled));
                       },
                   .tick = [&] { report.tick(); },
@@ -110,14 +101,14 @@ int convertAll(const ConvertOptions& options) {
     }
     const WorkList work = listWork(options.work);
     if (options.report.isVerbose) {
-        for (const std::string& file : work.ignored) {
+        for (const std::string& file : work.ignored()) {
             std::cerr << "Ignored " << printable(file) << '\n';
         }
     }
     Report report{options.report,
-                  {.jobCount = work.jobs.size(),
-                   .ignoredCount = work.ignored.size(),
-                   .reachedCount = work.reachedCount}};
+                  {.jobCount = work.size(),
+                   .ignoredCount = work.ignored().size(),
+                   .reachedCount = work.reachedCount()}};
     bool isStopped = false;
     watchInterrupts();
     try {

@@ -41,8 +41,8 @@ void holdSibling() {
 /// Throws where a run has other channels than were planned, or lacks some of what it announces and
 /// that isn't allowed; else warns of what it lacks.
 void lookAtRun(const Plan& plan, bool isCutAllowed, Outcome& outcome) {
-    const std::size_t channels = formatOf(plan.kind).targetEndings(plan.source).size();
-    if (channels != plan.targets.size()) {
+    const int channels = formatOf(plan.kind).channelCount(startOf(plan.source));
+    if (channels != std::ssize(plan.targets)) {
         throw std::runtime_error{"It has " + std::to_string(channels) + " channels now, and had " +
                                  std::to_string(plan.targets.size()) + " when the batch began"};
     }
@@ -72,11 +72,7 @@ Outcome Converter::perform(const Job& job, std::size_t number) {
     const auto start = std::chrono::steady_clock::now();
     Outcome outcome;
     try {
-        const Decision decision = decide(job, options.existing);
-        outcome = decision.outcome;
-        if (decision.isToBegin) {
-            convert(job, number, decision, outcome);
-        }
+        decideAndConvert(job, number, outcome);
     } catch (const fs::filesystem_error& error) {
         outcome.message = wordsOf(error);
     } catch (const std::exception& error) {
@@ -85,6 +81,28 @@ Outcome Converter::perform(const Job& job, std::size_t number) {
     const std::chrono::duration<double> duration = std::chrono::steady_clock::now() - start;
     outcome.seconds = duration.count();
     return outcome;
+}
+
+/// Another batch may put the same files in their places meanwhile. Then there is a second look,
+/// which finds them there.
+void Converter::decideAndConvert(const Job& job, std::size_t number, Outcome& outcome) {
+    const bool isPassingOver =
+        options.existing == Existing::Skip || options.existing == Existing::Update;
+    constexpr int lastLook = 3;
+    for (int look = 1; look <= lastLook; ++look) {
+        try {
+            const Decision decision = decide(job, options.existing);
+            outcome = decision.outcome;
+            if (decision.isToBegin) {
+                convert(job, number, decision, outcome);
+            }
+            return;
+        } catch (const fs::filesystem_error& error) {
+            if (!isPassingOver || error.code() != std::errc::file_exists || look == lastLook) {
+                throw;
+            }
+        }
+    }
 }
 
 void Converter::convert(const Job& job, std::size_t number, const Decision& decision,

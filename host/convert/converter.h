@@ -29,6 +29,7 @@ class Converter {
     void end() { work.reset(); }
 
   private:
+    void decideAndConvert(const Job& job, std::size_t number, Outcome& outcome);
     void convert(const Job& job, std::size_t number, const Decision& decision, Outcome& outcome);
     const std::filesystem::path& workFolderIn(const std::filesystem::path& folder);
 

@@ -1,5 +1,7 @@
 #include "host/convert/job.h"
 
+#include "host/files/origin.h"
+
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
@@ -13,6 +15,27 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::array<const char*, 4> statusNames{"converted", "skipped", "failed", "planned"};
+
+/// Why nothing can be put in a target's place; empty if nothing is in the way.
+std::string obstacle(const StagedFile& target, Existing existing) {
+    std::error_code ignored;
+    const fs::file_status there = fs::symlink_status(target.path, ignored);
+    if (!fs::exists(there)) {
+        return {};
+    }
+    const fs::file_status status = fs::is_symlink(there) ? fs::status(target.path, ignored) : there;
+    if (fs::is_directory(status)) {
+        return "Can't write " + target.path.string() + ": Is a directory";
+    }
+    if (existing == Existing::Replace || fs::is_regular_file(status)) {
+        return {};
+    }
+    return target.path.string() +
+           (fs::exists(status) ? " is no regular file" : " is a link that leads nowhere") +
+           " (--force replaces it)";
+}
+
+constexpr const char* originText = " looks like what it was made from";
 
 bool isThere(const StagedFile& target) {
     std::error_code ignored;
@@ -48,6 +71,7 @@ Decision begun(std::vector<StagedFile> targets, bool isReplacing) {
             .isReplacing = isReplacing};
 }
 
+/// Leaves what is there, and makes what is missing.
 Decision decideToSkip(const Plan& plan, const StagedFile& there) {
     std::vector<StagedFile> missing;
     std::ranges::remove_copy_if(plan.targets, std::back_inserter(missing), isThere);
@@ -59,9 +83,30 @@ Decision decideToUpdate(const Plan& plan) {
     const bool isDue = std::ranges::any_of(plan.targets, [&](const StagedFile& target) {
         return !isThere(target) || isOlder(target, plan.sources);
     });
-    return isDue ? begun(plan.targets, true)
-                 : skipped("Skipped, " + plan.targets.front().path.string() +
-                           " is no older than its source");
+    if (!isDue) {
+        return skipped("Skipped, " + plan.targets.front().path.string() +
+                       " is no older than its source");
+    }
+    for (const StagedFile& target : plan.targets) {
+        if (isThere(target) && isOrigin(plan, target.path)) {
+            return skipped("Skipped, " + target.path.string() + originText);
+        }
+        if (isThere(target) && !canBeMadeFrom(plan, target.path)) {
+            return skipped("Skipped, " + target.path.string() +
+                           " was not made from it (--force replaces it)");
+        }
+    }
+    return begun(plan.targets, true);
+}
+
+Decision decideToReplace(const Plan& plan) {
+    const auto origin = std::ranges::find_if(plan.targets, [&](const StagedFile& target) {
+        return isThere(target) && isOrigin(plan, target.path);
+    });
+    return origin == plan.targets.end()
+               ? begun(plan.targets, true)
+               : failed(origin->path.string() + originText +
+                        " and is not replaced: say --output-dir for another place");
 }
 
 } // namespace
@@ -75,17 +120,23 @@ Decision decide(const Job& job, Existing existing) {
     if (!job.problem.empty()) {
         return failed(job.problem);
     }
+    for (const StagedFile& target : plan.targets) {
+        if (const std::string words = obstacle(target, existing); !words.empty()) {
+            return failed(words);
+        }
+    }
     const auto there = std::ranges::find_if(plan.targets, isThere);
-    if (existing == Existing::Replace || there == plan.targets.end()) {
-        return begun(plan.targets, existing != Existing::Refuse && existing != Existing::Skip);
+    if (there == plan.targets.end()) {
+        return begun(plan.targets, existing == Existing::Update || existing == Existing::Replace);
     }
     switch (existing) {
     case Existing::Skip:
         return decideToSkip(plan, *there);
     case Existing::Update:
         return decideToUpdate(plan);
-    case Existing::Refuse:
     case Existing::Replace:
+        return decideToReplace(plan);
+    case Existing::Refuse:
         break;
     }
     return failed(there->path.string() + " is there already (--force replaces it)");

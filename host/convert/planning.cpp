@@ -1,8 +1,7 @@
 #include "host/convert/planning.h"
 
-#include "host/convert/candidates.h"
+#include "host/convert/conflicts.h"
 #include "host/files/extensions.h"
-#include "host/system/file_identity.h"
 #include "host/text/words.h"
 #include "host/text/wrong_use.h"
 
@@ -40,135 +39,44 @@ void refuseBothDirections(const std::vector<Candidate>& files) {
 /// The words for an --output that can't be the place of what is made.
 std::string outputProblem(const Plan& plan, const fs::path& output) {
     const std::string name = output.string();
-    if (plan.targets.size() > 1 && formatOf(plan.kind).hasChannels) {
+    const Format& format = formatOf(plan.kind);
+    if (plan.targets.size() > 1 && format.hasChannels) {
         return plan.source + " has " + std::to_string(plan.targets.size()) +
                " channels and becomes as many files: say where with --output-dir";
     }
+    const std::vector<std::string> endings = format.targetEndings(1);
+    const std::string due = fs::path{"x" + endings.front()}.extension();
     if (name == "-") {
         return "a conversion can't go to standard output: name a file, as in --output converted" +
-               plan.targets.front().path.extension().string();
+               due;
     }
     std::error_code ignored;
     const fs::path last = output.filename();
     if (fs::is_directory(output, ignored) || last.empty() || last == "." || last == "..") {
         return name + " is a folder: say --output-dir " + name;
     }
-    const bool isFitting = std::ranges::any_of(plan.targets, [&](const StagedFile& target) {
-        return hasExtension(output, target.path.extension().string());
+    const bool isFitting = std::ranges::any_of(endings, [&](const std::string& ending) {
+        return hasExtension(name, fs::path{"x" + ending}.extension().native());
     });
     if (output.has_extension() && !isFitting) {
-        const std::string due = plan.targets.front().path.extension().string();
         return "the output of " + plan.source + " ends in " + due + ": say --output " +
                fs::path{output}.replace_extension(due).string();
     }
     return {};
 }
 
-Plan planOf(const Candidate& candidate, const WorkOptions& options) {
-    if (!candidate.problem.empty()) {
-        return {.source = candidate.file.string(), .kind = candidate.kind};
+/// Throws where --output can't be the place of what is made.
+void requireFittingOutput(const WorkList& work, const fs::path& output) {
+    if (work.size() > 1) {
+        throw WrongUse{"--output names one file, but there are " + std::to_string(work.size()) +
+                       " to convert"};
     }
-    const std::string source = candidate.file.string();
-    if (options.output.empty()) {
-        const fs::path& outputFolder = options.outputFolder;
-        return planFor(source, candidate.kind,
-                       outputFolder.empty() ? candidate.file.parent_path()
-                                            : outputFolder / candidate.folderBelow,
-                       candidate.file.stem().string());
-    }
-    Plan plan = planFor(source, candidate.kind, options.output.parent_path(),
-                        options.output.stem().string());
-    if (const std::string problem = outputProblem(plan, options.output); !problem.empty()) {
+    const Plan plan = work.size() == 1 ? work.job(0).plan : Plan{};
+    const std::string problem = plan.targets.empty() ? "" : outputProblem(plan, output);
+    if (!problem.empty()) {
         throw WrongUse{"--output: " + problem};
     }
-    if (plan.targets.size() == 1) {
-        plan.targets.front().path = options.output;
-        if (!options.output.has_extension()) {
-            plan.targets.front().path += ".cdf";
-        }
-    }
-    return plan;
 }
-
-/// Names files by the folder that they are in, whichever way leads there.
-class Places {
-  public:
-    fs::path of(const fs::path& file) {
-        const fs::path folder = file.parent_path();
-        auto known = folders.find(folder);
-        if (known == folders.end()) {
-            std::error_code error;
-            fs::path whole = fs::weakly_canonical(folder.empty() ? "." : folder, error);
-            known = folders.emplace(folder, error ? fs::absolute(folder) : whole).first;
-        }
-        return known->second / file.filename();
-    }
-
-  private:
-    std::map<fs::path, fs::path> folders;
-};
-
-/// Finds what would go wrong between the jobs of one batch.
-class Conflicts {
-  public:
-    explicit Conflicts(std::vector<Job>& batch) : jobs{batch} {
-        for (std::size_t i = 0; i < jobs.size(); ++i) {
-            if (jobs[i].problem.empty()) {
-                for (const StagedFile& file : jobs[i].plan.sources) {
-                    addSource(file.path, i);
-                }
-            }
-        }
-    }
-
-    void note() {
-        for (std::size_t i = 0; i < jobs.size(); ++i) {
-            for (const StagedFile& target : jobs[i].plan.targets) {
-                const std::size_t maker =
-                    makers.try_emplace(places.of(target.path), i).first->second;
-                if (maker != i) {
-                    addProblem(i, "Its file " + target.path.string() + " is that of " +
-                                      jobs[maker].plan.source);
-                }
-                noteSource(i, target);
-            }
-        }
-    }
-
-  private:
-    void addSource(const fs::path& file, std::size_t job) {
-        if (const auto identity = identityOf(file)) {
-            sources.emplace(*identity, job);
-        }
-    }
-
-    void noteSource(std::size_t maker, const StagedFile& target) {
-        const auto identity = identityOf(target.path);
-        const auto source = identity ? sources.find(*identity) : sources.end();
-        if (source == sources.end()) {
-            return;
-        }
-        const std::size_t owner = source->second;
-        if (owner == maker) {
-            addProblem(maker, "It would be its own output " + target.path.string());
-            return;
-        }
-        addProblem(maker, "Its file " + target.path.string() + " is a source of this batch, " +
-                              jobs[owner].plan.source);
-        addProblem(owner, "It would be replaced by what is made of " + jobs[maker].plan.source);
-    }
-
-    void addProblem(std::size_t job, const std::string& words) {
-        if (jobs[job].problem.empty()) {
-            jobs[job].problem = words;
-        }
-    }
-
-    std::vector<Job>& jobs;
-    Places places;
-    std::map<FileIdentity, std::size_t> sources;
-    std::map<fs::path, std::size_t> makers;
-};
 
 /// The FNV-1a hash of a path, by which the parts of the work are chosen: the same everywhere.
 std::uint64_t hashOf(const std::string& path) {
@@ -196,21 +104,67 @@ WorkList listWork(const WorkOptions& options) {
     if (options.to == Goal::Unsaid) {
         refuseBothDirections(candidates.files);
     }
-    if (!options.output.empty() && candidates.files.size() > 1) {
-        throw WrongUse{"--output names one file, but there are " +
-                       std::to_string(candidates.files.size()) + " to convert"};
+    WorkList work{std::move(candidates), options};
+    if (!options.output.empty()) {
+        requireFittingOutput(work, options.output);
     }
-    WorkList work{.jobs = {},
-                  .ignored = std::move(candidates.ignored),
-                  .reachedCount = candidates.reachedCount};
-    for (const Candidate& each : candidates.files) {
-        work.jobs.push_back({.plan = planOf(each, options), .problem = each.problem});
-    }
-    Conflicts{work.jobs}.note();
-    std::erase_if(work.jobs, [&](const Job& job) {
-        return hashOf(job.plan.source) % options.shardCount != options.shard - 1;
-    });
+    noteConflicts(work);
+    work.takeShard();
     return work;
+}
+
+WorkList::WorkList(Candidates candidatesToConvert, const WorkOptions& workOptions)
+    : candidates{std::move(candidatesToConvert)}, options{workOptions} {}
+
+Job WorkList::job(std::size_t number) const {
+    const Candidate& candidate = candidates.files[number];
+    const fs::path source = sourceOf(candidate);
+    if (!candidate.problem.empty()) {
+        return {.plan = {.source = source, .kind = candidate.kind}, .problem = candidate.problem};
+    }
+    const fs::path& named = options.output.empty() ? source : options.output;
+    Plan plan = planFor(source, candidate.kind, candidate.channelCount, targetFolderOf(candidate),
+                        named.stem());
+    if (!options.output.empty() && plan.targets.size() == 1) {
+        plan.targets.front().path = options.output;
+        if (!options.output.has_extension()) {
+            plan.targets.front().path += ".cdf";
+        }
+    }
+    return {.plan = std::move(plan), .problem = {}};
+}
+
+std::set<fs::path> WorkList::targetFolders() const {
+    std::set<fs::path> folders;
+    for (const Candidate& each : candidates.files) {
+        if (each.problem.empty()) {
+            folders.insert(targetFolderOf(each));
+        }
+    }
+    return folders;
+}
+
+void WorkList::setProblem(std::size_t number, const std::string& words) {
+    candidates.files[number].problem = words;
+}
+
+void WorkList::takeShard() {
+    std::erase_if(candidates.files, [&](const Candidate& candidate) {
+        return hashOf(sourceOf(candidate)) % options.shardCount != options.shard - 1;
+    });
+}
+
+fs::path WorkList::sourceOf(const Candidate& candidate) const {
+    return candidates.folders[candidate.folder].path / candidate.name;
+}
+
+fs::path WorkList::targetFolderOf(const Candidate& candidate) const {
+    if (!options.output.empty()) {
+        return options.output.parent_path();
+    }
+    return options.outputFolder.empty()
+               ? sourceOf(candidate).parent_path()
+               : options.outputFolder / candidates.folders[candidate.folder].below;
 }
 
 } // namespace korlit::host

@@ -1,19 +1,44 @@
 // Which files a batch converts, and to what.
 #pragma once
 
+#include "host/convert/candidates.h"
 #include "host/convert/job.h"
 #include "host/convert/work_options.h"
 
 #include <cstddef>
+#include <filesystem>
+#include <set>
 #include <string>
 #include <vector>
 
 namespace korlit::host {
 
-struct WorkList {
-    std::vector<Job> jobs;
-    std::vector<std::string> ignored; ///< files in folders that are not converted, with the reason
-    std::size_t reachedCount = 0;     ///< found in folders, of the kind asked for already
+/// The jobs of a batch. Each is made when it is asked for: there may be very many.
+class WorkList {
+  public:
+    WorkList(Candidates candidatesToConvert, const WorkOptions& workOptions);
+
+    std::size_t size() const { return candidates.files.size(); }
+    Job job(std::size_t number) const;
+
+    /// The folders in which jobs put their files.
+    std::set<std::filesystem::path> targetFolders() const;
+
+    /// Files and folders in folders that are not converted, with the reason.
+    const std::vector<std::string>& ignored() const { return candidates.ignored; }
+    /// How many files in folders are of the kind asked for already.
+    std::size_t reachedCount() const { return candidates.reachedCount; }
+
+    void setProblem(std::size_t number, const std::string& words);
+    /// Keeps one part of them, chosen by each path's own hash.
+    void takeShard();
+
+  private:
+    std::filesystem::path sourceOf(const Candidate& candidate) const;
+    std::filesystem::path targetFolderOf(const Candidate& candidate) const;
+
+    Candidates candidates;
+    const WorkOptions& options; ///< must outlive the list
 };
 
 /// Lists the jobs, sorted within each folder. A part of the work is chosen by each path's own hash,

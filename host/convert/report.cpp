@@ -51,12 +51,27 @@ void printLine(const Job& job, const Outcome& outcome, bool isVerbose) {
     }
 }
 
+/// As outputs_bytes, where the text of one alone couldn't be opened; null for the others.
+void addOutputBytes(Json& line, const std::vector<StagedFile>& targets) {
+    Json bytes = Json::array();
+    bool isAny = false;
+    for (const StagedFile& target : targets) {
+        Json one = Json::object();
+        addPathBytes(one, "path", target.path.string());
+        isAny = isAny || !one.empty();
+        bytes.push_back(one.empty() ? Json{} : one["path_bytes"]);
+    }
+    if (isAny) {
+        line["outputs_bytes"] = bytes;
+    }
+}
+
 void printJson(const Job& job, const Outcome& outcome) {
+    const bool isWithout = outcome.status == JobStatus::Failed;
+    const auto& written = isWithout ? std::vector<StagedFile>{} : job.plan.targets;
     Json outputs = Json::array();
-    if (outcome.status != JobStatus::Failed) {
-        for (const StagedFile& target : job.plan.targets) {
-            outputs.push_back(utf8Of(target.path.string()));
-        }
+    for (const StagedFile& target : written) {
+        outputs.push_back(utf8Of(target.path.string()));
     }
     Json warnings = Json::array();
     for (const std::string& warning : outcome.warnings) {
@@ -72,6 +87,7 @@ void printJson(const Job& job, const Outcome& outcome) {
               {"points", outcome.points},
               {"peaks", outcome.peaks}};
     addPathBytes(line, "source", job.plan.source);
+    addOutputBytes(line, written);
     std::cout << jsonLine(line);
 }
 

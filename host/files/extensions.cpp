@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cctype>
-#include <string>
 
 namespace korlit::host {
 
@@ -28,8 +27,12 @@ std::string withCapitals(std::string text, std::size_t number) {
 
 } // namespace
 
-bool hasExtension(const fs::path& file, std::string_view extension) {
-    return std::ranges::equal(file.extension().string(), extension, {}, lowerCase, lowerCase);
+bool hasExtension(const std::string& file, std::string_view extension) {
+    // A name that is nothing else has none.
+    const std::size_t stemEnd = file.size() - std::min(file.size(), extension.size());
+    return stemEnd > 0 && file[stemEnd - 1] != '/' &&
+           std::ranges::equal(std::string_view{file}.substr(stemEnd), extension, {}, lowerCase,
+                              lowerCase);
 }
 
 fs::path besideWith(const fs::path& file, std::string_view extension) {

@@ -1,19 +1,27 @@
 #include "host/files/file_start.h"
 
-#include <fstream>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace korlit::host {
 
-FileStart startOf(const std::filesystem::path& file) {
+// Archives have very many files: no stream and its buffer for each.
+FileStart startOf(const std::string& file) {
     FileStart start;
-    std::error_code error;
-    if (!std::filesystem::is_regular_file(file, error)) {
-        return start;
+    struct stat status {};
+    // Not to wait for the other end of a pipe.
+    const int descriptor = open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    const bool isKnown =
+        (descriptor < 0 ? stat(file.c_str(), &status) : fstat(descriptor, &status)) == 0;
+    if (isKnown && S_ISREG(status.st_mode)) {
+        start.fileSize = status.st_size;
+        const ssize_t count = read(descriptor, start.bytes.data(), start.bytes.size());
+        start.length = count < 0 ? 0 : count;
     }
-    start.fileSize = static_cast<std::int64_t>(std::filesystem::file_size(file, error));
-    std::ifstream in{file, std::ios::binary};
-    in.read(start.bytes.data(), start.bytes.size());
-    start.length = in.gcount();
+    if (descriptor >= 0) {
+        close(descriptor);
+    }
     return start;
 }
 

@@ -7,7 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <filesystem>
+#include <string>
 #include <string_view>
 
 namespace korlit::host {
@@ -29,6 +29,6 @@ struct FileStart {
 };
 
 /// An empty one of what is no regular file or can't be read.
-FileStart startOf(const std::filesystem::path& file);
+FileStart startOf(const std::string& file);
 
 } // namespace korlit::host

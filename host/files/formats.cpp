@@ -19,6 +19,10 @@ using SourceFiles = std::vector<SourceFile>;
 constexpr const char* andiExtension = ".cdf";
 constexpr const char* runExtension = ".run";
 
+int oneChannel(const FileStart& /*start*/) {
+    return 1;
+}
+
 // ---- ANDI, and what is taken for it
 
 /// "CDF" and the version 1.
@@ -34,7 +38,7 @@ SourceFiles andiFiles(const fs::path& source) {
     return {{.ending = andiExtension, .path = source}};
 }
 
-Endings pairEndings(const fs::path& /*source*/) {
+Endings pairEndings(int /*channelCount*/) {
     return {sliceExtension, reportExtension};
 }
 
@@ -49,7 +53,7 @@ SourceFiles pairFiles(const fs::path& slice) {
             {.ending = reportExtension, .path = besideWith(slice, reportExtension)}};
 }
 
-Endings andiEnding(const fs::path& /*source*/) {
+Endings andiEnding(int /*channelCount*/) {
     return {andiExtension};
 }
 
@@ -80,10 +84,13 @@ SourceFiles runFiles(const fs::path& source) {
     return {{.ending = runExtension, .path = source}};
 }
 
-Endings channelEndings(const fs::path& source) {
-    const int count = startOf(source).recordAt<std::int16_t>(channelCountPlace);
+int channelsOfRun(const FileStart& start) {
+    return std::clamp<int>(start.recordAt<std::int16_t>(channelCountPlace), 0, maxChannels);
+}
+
+Endings channelEndings(int channelCount) {
     Endings endings;
-    for (int channel = 1; channel <= std::min<int>(count, maxChannels); ++channel) {
+    for (int channel = 1; channel <= channelCount; ++channel) {
         endings.push_back(std::to_string(channel) + andiExtension);
     }
     return endings;
@@ -104,6 +111,7 @@ constexpr std::array<Format, 4> formats{{
      .convert = Andi2Merivolta,
      .convertedText = "",
      .sourceFiles = andiFiles,
+     .channelCount = oneChannel,
      .targetEndings = pairEndings,
      .flaw = flawOfAndi},
     {.kind = FileKind::Andi,
@@ -119,6 +127,7 @@ constexpr std::array<Format, 4> formats{{
      .convert = Andi2Merivolta,
      .convertedText = "",
      .sourceFiles = andiFiles,
+     .channelCount = oneChannel,
      .targetEndings = pairEndings,
      .flaw = flawOfAndi},
     {.kind = FileKind::Merivolta,
@@ -134,6 +143,7 @@ constexpr std::array<Format, 4> formats{{
      .convert = Merivolta2Andi,
      .convertedText = "",
      .sourceFiles = pairFiles,
+     .channelCount = oneChannel,
      .targetEndings = andiEnding,
      .flaw = flawOfPairFile},
     {.kind = FileKind::Dunvale,
@@ -149,6 +159,7 @@ constexpr std::array<Format, 4> formats{{
      .convert = Dunvale2Andi,
      .convertedText = "Dunvale File converted to ",
      .sourceFiles = runFiles,
+     .channelCount = channelsOfRun,
      .targetEndings = channelEndings,
      .flaw = flawOfRun},
 }};

@@ -40,8 +40,10 @@ struct Format {
     const char* convertedText;
     /// The first is the one whose path the export gets.
     std::vector<SourceFile> (*sourceFiles)(const std::filesystem::path& source);
+    /// How many channels a file that starts so has; 1 where there is no such thing.
+    int (*channelCount)(const FileStart& start);
     /// What the names of the files that it is converted to end in, behind their common stem.
-    std::vector<std::string> (*targetEndings)(const std::filesystem::path& source);
+    std::vector<std::string> (*targetEndings)(int channelCount);
     /// What stands out in a file of so many bytes that can't be converted; see broken_files.
     std::string (*flaw)(const std::string& file, std::int64_t size);
 };

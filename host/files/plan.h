@@ -29,4 +29,8 @@ struct Plan {
 Plan planFor(const std::string& source, FileKind kind, const std::filesystem::path& folder,
              const std::string& stem);
 
+/// The same for a source whose channels have been counted.
+Plan planFor(const std::string& source, FileKind kind, int channelCount,
+             const std::filesystem::path& folder, const std::string& stem);
+
 } // namespace korlit::host

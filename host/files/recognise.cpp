@@ -7,7 +7,10 @@
 namespace korlit::host {
 
 FileKind recognise(const std::string& file) {
-    const FileStart start = startOf(file);
+    return recognise(file, startOf(file));
+}
+
+FileKind recognise(const std::string& file, const FileStart& start) {
     for (const Format& format : knownFormats()) {
         const bool isForAnyName = format.extension == nullptr;
         const bool hasItsName = !isForAnyName && hasExtension(file, format.extension);
@@ -21,8 +24,8 @@ FileKind recognise(const std::string& file) {
     return FileKind::Unknown;
 }
 
-FileKind kindFound(const std::string& file) {
-    const FileKind kind = recognise(file);
+FileKind kindFound(const std::string& file, const FileStart& start) {
+    const FileKind kind = recognise(file, start);
     if (isKnown(kind)) {
         return kind;
     }
@@ -32,8 +35,8 @@ FileKind kindFound(const std::string& file) {
     return named == knownFormats().end() ? FileKind::Unknown : named->kind;
 }
 
-FileKind kindToConvert(const std::string& file) {
-    const FileKind kind = kindFound(file);
+FileKind kindToConvert(const std::string& file, const FileStart& start) {
+    const FileKind kind = kindFound(file, start);
     return isKnown(kind) ? kind : FileKind::Andi;
 }
 

@@ -101,6 +101,16 @@ longOptions() {
     echo $(grep -o -e '--[a-z][a-z-]*' | LC_ALL=C sort -u)
 }
 
+# Runs a line of the shell in a folder below so many others that the path of the whole is longer than the
+# system takes.
+deepDown() {
+    python3 -c 'import os, sys
+for _ in range(17):
+    os.makedirs(250 * "0", exist_ok=True)
+    os.chdir(250 * "0")
+os.execvp("sh", ["sh", "-c", sys.argv[1]])' "$1"
+}
+
 # Runs the command on a system that odd_system.c describes.
 oddly() {
     ASAN_OPTIONS=verify_asan_link_order=0 LD_PRELOAD=$ODD_SYSTEM korlit "$@"
