@@ -68,7 +68,8 @@ void addReportOptions(CLI::App& command, ConvertOptions& options) {
                      ->excludes(force);
     command
         .add_flag_callback("-u,--update", existing(Existing::Update),
-                           "Replace what is older than its source, pass over the rest")
+                           "Replace what is older than the source that it was made from, pass "
+                           "over the rest")
         ->excludes(force)
         ->excludes(skip);
     command.add_flag("-n,--dry-run", options.isDryRun,

@@ -122,17 +122,19 @@ class Conflicts {
         };
         std::ranges::stable_sort(targets, {}, placeOfMark);
         for (auto first = targets.begin(); first != targets.end();) {
-            const auto group = std::ranges::equal_range(first, targets.end(), placeOfMark(*first),
-                                                        {}, placeOfMark);
-            first = group.end();
-            if (group.size() > 1) {
-                noteOtherMakers(group);
-            }
+            const auto last = std::find_if(first, targets.end(), [&](const TargetMark& mark) {
+                return placeOfMark(mark) != placeOfMark(*first);
+            });
+            noteMakersOf({first, last});
+            first = last;
         }
     }
 
     /// Of targets that are most likely one.
-    void noteOtherMakers(std::span<const TargetMark> group) {
+    void noteMakersOf(std::span<const TargetMark> group) {
+        if (group.size() == 1) {
+            return;
+        }
         std::map<fs::path, std::size_t> makers;
         for (const TargetMark& mark : group) {
             const fs::path path = pathOf(mark);

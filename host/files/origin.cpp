@@ -121,9 +121,8 @@ bool isOrigin(const Plan& plan, const fs::path& target) {
     if (formatOf(plan.kind).isAndi) {
         return isNamedBy(plan, target);
     }
-    const bool isCopy = formatOf(plan.kind).isFromAndi &&
-                        std::ranges::all_of(plan.sources, isAsConverted, &StagedFile::path);
-    if (!isCopy) {
+    // Its report may have been worked on since.
+    if (!formatOf(plan.kind).isFromAndi || !isAsConverted(plan.source)) {
         return false;
     }
     AndiImage image;
