@@ -17,9 +17,9 @@ struct Job {
 /// What to do with targets that are there already.
 enum class Existing : std::uint8_t {
     Refuse,
-    Skip, ///< pass over a set that is whole; of one that isn't, make what is missing
-    Update, ///< pass over a set that is no older than its source or not made from it; replace any
-            ///< other
+    Skip,    ///< pass over a set that is whole; of one that isn't, make what is missing
+    Update,  ///< pass over a set that is no older than its source or not made from it; replace any
+             ///< other
     Replace, ///< but for what the source itself was made from
 };
 
