@@ -21,6 +21,7 @@ from pathlib import Path
 
 import files
 from process import run
+from tables import aim_and_result, print_table, spread
 
 SAMPLES = Path(__file__).resolve().parent.parent / "samples"
 INPUTS = {"to-pair": [".cdf"], "to-andi": [".sli", ".rpt"], "run-to-andi": [".run"]}
@@ -71,9 +72,11 @@ def works():
                        peers=())
 
 
-def convert(program, work, folder, conversions):
-    return run([program, work.direction, work.stem(folder), str(conversions),
-                *(str(number) for number in work.numbers)])
+def line_of(program, work, folder, conversions=None):
+    """The command line of one of the programs; all conversions if no number is said."""
+    return [program, work.direction, work.stem(folder),
+            str(work.conversions if conversions is None else conversions),
+            *(str(number) for number in work.numbers)]
 
 
 def outputs(work, folder):
@@ -83,14 +86,15 @@ def outputs(work, folder):
 
 
 def clear_outputs(work, folder):
-    """Removes few files, and moves many out of the way until all is done: a file system that has
-    just lost thousands of files is slow to make new ones."""
+    """Removes few files, and empties and moves many out of the way until all is done: a file system
+    that has just lost thousands of files is slow to make new ones."""
     aside = folder / "aside"
     aside.mkdir(exist_ok=True)
     for path in outputs(work, folder):
         if path.exists() and work.conversions < 100:
             path.unlink()
         elif path.exists():
+            os.truncate(path, 0)
             path.rename(aside / f"{next(unique)}")
 
 
@@ -184,25 +188,31 @@ class Figures:
     memory: list = field(default_factory=list)
 
 
-def measure(work, folder, programs, rounds):
-    """The figures of each program, which take turns; times are those of one conversion."""
-    names = ["korlit", *work.peers]
-    start_up = {name: statistics.median(convert(programs[name], work, folder, 0)[0] for _ in range(5))
-               for name in names}
+def take_turns(lines, rounds, clear):
+    """The figures of each of the command lines, by name; they take turns."""
+    names = list(lines)
     figures = {name: Figures() for name in names}
     for turn in range(rounds):
-        for name in names[turn % len(names):] + names[:turn % len(names)]:
-            processor, wall, memory = convert(programs[name], work, folder, work.conversions)
-            figures[name].processor.append((processor - start_up[name]) / work.conversions)
-            figures[name].wall.append(wall / work.conversions)
+        first = turn % len(names)
+        for name in names[first:] + names[:first]:
+            processor, wall, memory = run(lines[name])
+            figures[name].processor.append(processor)
+            figures[name].wall.append(wall)
             figures[name].memory.append(memory)
-            clear_outputs(work, folder)
+            clear()
     return figures
 
 
-def spread(values, factor, form):
-    return (f"{statistics.median(values) * factor:{form}} "
-            f"({min(values) * factor:{form}} to {max(values) * factor:{form}})")
+def measure(work, folder, programs, rounds):
+    """The figures of each program; times are those of one conversion."""
+    names = ["korlit", *work.peers]
+    lines = {name: line_of(programs[name], work, folder) for name in names}
+    figures = take_turns(lines, rounds, lambda: clear_outputs(work, folder))
+    for name, each in figures.items():
+        start_up = statistics.median(run(line_of(programs[name], work, folder, 0))[0] for _ in range(5))
+        each.processor = [(seconds - start_up) / work.conversions for seconds in each.processor]
+        each.wall = [seconds / work.conversions for seconds in each.wall]
+    return figures
 
 
 def rows_of(work, figures):
@@ -213,13 +223,6 @@ def rows_of(work, figures):
         yield (f"| {work.name}, {work.direction} | {name} | {spread(each.processor, 1000, '.3f')} "
                f"| {spread(each.wall, 1000, '.3f')} | {memory:.1f} | "
                f"{'' if name == 'korlit' else f'{ratio:.2f}'} |")
-
-
-def aim_and_result(aim, result):
-    """Two cells; an aim that is reached has its result in bold."""
-    if aim is None or result is None:
-        return " | "
-    return f"{aim:.2f} | {f'**{result:.2f}**' if result <= aim else f'{result:.2f}'}"
 
 
 def row_of_aims(work, figures):
@@ -249,18 +252,30 @@ def rows_of_command(command, folder, rounds):
     shutil.rmtree(folder / "converted", ignore_errors=True)
 
 
-def print_table(title, head, rows):
-    print(f"{title}\n\n{head}\n|{'---|' * (head.count('|') - 1)}")
-    for row in rows:
-        print(row, flush=True)
-    print()
-
-
 def measured_work(work, options, programs):
     print(f"Measuring {work.name}, {work.direction}", file=sys.stderr)
     work.peers = tuple(name for name in work.peers if name in programs)
     prepare(work, options.files, programs)
     return measure(work, options.files, programs, options.rounds)
+
+
+def options_of_all():
+    parser = argparse.ArgumentParser()
+    parser.add_argument("programs", type=Path)
+    parser.add_argument("files", type=Path)
+    parser.add_argument("--rounds", type=int, default=7)
+    return parser
+
+
+def programs_in(folder):
+    """The paths of the programs that are there: without netCDF one is missing."""
+    paths = {name: (folder / f"{name}_program").resolve() for name in PROGRAMS}
+    return {name: str(path) for name, path in paths.items() if path.exists()}
+
+
+def make_folder(folder):
+    folder.mkdir(parents=True, exist_ok=True)
+    atexit.register(shutil.rmtree, folder / "aside", ignore_errors=True)
 
 
 def file_system(folder):
@@ -269,16 +284,11 @@ def file_system(folder):
 
 
 def main():
-    parser = argparse.ArgumentParser()
-    parser.add_argument("programs", type=Path)
-    parser.add_argument("files", type=Path)
-    parser.add_argument("--rounds", type=int, default=7)
+    parser = options_of_all()
     parser.add_argument("--only", default="")
     options = parser.parse_args()
-    programs = {name: options.programs / f"{name}_program" for name in PROGRAMS}
-    programs = {name: str(path) for name, path in programs.items() if path.exists()}
-    options.files.mkdir(parents=True, exist_ok=True)
-    atexit.register(shutil.rmtree, options.files / "aside", ignore_errors=True)
+    programs = programs_in(options.programs)
+    make_folder(options.files)
     measured = [(work, measured_work(work, options, programs))
                 for work in works() if options.only in f"{work.name}, {work.direction}"]
     print(f"Medians of {options.rounds} rounds; files in {file_system(options.files)}.\n")
