@@ -74,14 +74,16 @@ TEST_F(AndiWriterTest, NumbersOfEightBytesAreWholeInEachPart) {
 TEST_F(AndiWriterTest, PlacesEndAt31Bits) {
     char message[400]{};
     for (const bool isBeyond : {false, true}) {
-        // The last data stand 4 bytes ahead of 2 GB, or there: behind 184 bytes, three times the
-        // length below and 60 or 64 more for a long name.
+        // The last data stand 4 bytes ahead of 2 GB, or there: behind 200 bytes, three times the
+        // length below and 44 or 48 more for a long name. They are none, so that nothing but their
+        // place is wrong.
         AddAndiDimension(&file, "d", 715'827'800);
-        const std::size_t lastLength = isBeyond ? 65 : 64;
+        AddAndiDimension(&file, "none", 0);
+        const std::size_t lastLength = isBeyond ? 49 : 48;
         for (const std::size_t nameLength : {std::size_t{1}, std::size_t{1}, lastLength}) {
             AddAndiVector(&file, std::string(nameLength, 'n').c_str(), AndiType::Byte, 0);
         }
-        AddAndiScalar(&file, "e", AndiType::Byte, "1");
+        AddAndiVector(&file, "e", AndiType::Byte, 1);
         EXPECT_EQ(WriteAndiFile("/dev/null", &file, message), isBeyond ? 0 : 1);
         FreeAndiFile(&file);
     }

@@ -129,12 +129,12 @@ TEST_F(Files, WritesThroughAndPastTheWindows) {
         {{150, 100}, {0, 100}, {100, 100}},
         {{70000, 10}, {66000, 65536}},
         {{0, 10}, {70000, 10}, {66000, 65536}, {65999, 4}},
-        // over the first byte alone of what the other window holds, and over the last; with
-        // either window in front
-        {{70000, 10}, {0, 10}, {70005, 1}, {69000, 1001}},
-        {{300000, 1}, {70000, 10}, {0, 10}, {70005, 1}, {69000, 1001}},
-        {{0, 65000}, {200000, 10}, {10, 1}, {64999, 1000}},
-        {{200000, 10}, {0, 65000}, {64999, 1000}}};
+        // over the first byte alone of what the other window holds, and over the last, and into
+        // that window once more; with either window in front
+        {{70000, 10}, {0, 10}, {70005, 1}, {69000, 1001}, {70006, 1}},
+        {{300000, 1}, {70000, 10}, {0, 10}, {70005, 1}, {69000, 1001}, {70006, 1}},
+        {{0, 65000}, {200000, 10}, {10, 1}, {64999, 1000}, {11, 1}},
+        {{200000, 10}, {0, 65000}, {64999, 1000}, {10, 1}}};
     for (const Writes& writes : files) {
         const std::string path = folder.path("x");
         const int file = _lcreat(path.c_str());
