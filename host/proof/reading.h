@@ -15,15 +15,27 @@
 namespace korlit::host {
 
 /// Nothing, a number (of whatever width the file gives it: each is a double without loss) or a
-/// text.
+/// text. Several numbers under one name are a text of all of them, each with all of its digits.
 using Value = std::variant<std::monostate, double, std::string>;
 
-/// Whether two values are the same to the last bit; a NaN is itself.
+/// Whether two values are the same to the last bit, a zero's sign and a NaN's bits included.
 bool areSame(const Value& a, const Value& b);
+
+/// The parts of a data set.
+namespace parts {
+constexpr const char* signal = "signal"; ///< numbers that go with the samples
+constexpr const char* peaks = "peaks";
+constexpr const char* texts = "texts";           ///< of an ANDI file its attributes
+constexpr const char* dimensions = "dimensions"; ///< of an ANDI file: their lengths
+constexpr const char* records = "records";       ///< of an ANDI file: what no conversion finds
+} // namespace parts
+
+/// The name of what stands in a pair where nothing has a meaning.
+constexpr const char* reservedBytes = "reserved bytes";
 
 /// Names one value of a data set.
 struct ValueKey {
-    std::string part;     ///< "signal", "peaks" or "texts"
+    std::string part;     ///< one of `parts`
     std::string name;     ///< as its format names it: an attribute, a variable, a field of a record
     std::size_t peak = 0; ///< from 1; 0 for what there is one of
 
@@ -45,12 +57,16 @@ struct Reading {
     std::shared_ptr<const void> memory; ///< what `signal` lies in
 };
 
-/// Reads an ANDI file: each global attribute, each scalar variable, each column of the peak table a
-/// value a peak, and each attribute of a variable as "variable:attribute". Throws a runtime_error
-/// with the words for the user where it can't be read; so do the other two.
+/// Reads an ANDI file: each global attribute; each variable, a column of the peak table as a value
+/// a peak, with its attributes as "variable:attribute" behind it; each dimension's length. That is
+/// the order in which a conversion looks for a name. Throws a runtime_error with the words for the
+/// user where it can't be read; so do the other two.
 Reading readAndi(const std::string& file);
 
-/// Reads a Merivolta pair by the records of its two files.
+/// Reads a Merivolta pair by the records of its two files, each field that is in them: a short
+/// record of a peak has no baseline, no second area percent and no amount. Bytes to which nothing
+/// gives a meaning are one text, "reserved bytes", where any isn't zero. The sibling library is
+/// asked only about versions that this one doesn't write.
 Reading readPair(const std::string& sliceFile);
 
 /// Reads a Dunvale run, a data set for each channel.

@@ -1,0 +1,124 @@
+#include "host/files/andi_image.h"
+#include "host/files/broken_files.h"
+#include "host/files/diagnosis.h"
+#include "host/proof/reading.h"
+#include "host/text/numbers.h"
+#include "host/text/words.h"
+#include "native/pair_rules.h"
+
+#include <algorithm>
+#include <array>
+#include <stdexcept>
+
+namespace korlit::host {
+
+namespace {
+
+/// One number as such, of several the text of all.
+Value valueOf(const NumberView& numbers) {
+    if (numbers.size() == 1) {
+        return numbers.front();
+    }
+    std::string text;
+    for (std::size_t i = 0; i < numbers.size(); ++i) {
+        text += i == 0 ? "" : " ";
+        appendNumber(text, numbers[i]);
+    }
+    return text;
+}
+
+std::string untilNul(const void* characters, std::int32_t count) {
+    const auto* start = static_cast<const char*>(characters);
+    return start == nullptr ? "" : std::string{start, std::find(start, start + count, '\0')};
+}
+
+Value valueOf(const AndiAttribute& attribute) {
+    if (attribute.Type == AndiType::Char) {
+        return untilNul(attribute.Value, attribute.Count);
+    }
+    return valueOf(NumberView{attribute.Type, attribute.Value,
+                              static_cast<std::size_t>(std::max(attribute.Count, 0))});
+}
+
+Value valueOf(const AndiImage& image, const AndiVariable& variable) {
+    if (variable.Type != AndiType::Char) {
+        return valueOf(numbersOf(&variable));
+    }
+    return variable.DimensionCount == 2 ? joined(rowsOf(image, &variable), "\n")
+                                        : untilNul(variable.Data, variable.ElementCount);
+}
+
+/// Whether it has a value a peak: by its dimension, or by a name that conversions know.
+bool isPeakColumn(const AndiImage& image, const AndiVariable& variable) {
+    const bool isText = variable.Type == AndiType::Char;
+    if (variable.DimensionCount != (isText ? 2 : 1)) {
+        return false;
+    }
+    const char* dimension = image.file.Dimensions[variable.DimensionIds[0]].Name;
+    return isNamed(dimension, taken::peakNumber) || isNamed(variable.Name, taken::peakName) ||
+           std::ranges::any_of(peakSources, [&](const PeakSource& source) {
+               return isNamed(variable.Name, source.name);
+           });
+}
+
+void readPeakColumn(Reading& reading, const AndiImage& image, const AndiVariable& variable) {
+    std::size_t peak = 0;
+    const auto add = [&](Value value) {
+        reading.entries.push_back(
+            {.key = {.part = parts::peaks, .name = variable.Name, .peak = ++peak},
+             .value = std::move(value)});
+    };
+    std::ranges::for_each(rowsOf(image, &variable), add);
+    const NumberView numbers = numbersOf(&variable);
+    for (std::size_t i = 0; i < numbers.size(); ++i) {
+        add(numbers[i]);
+    }
+}
+
+void readAttributes(Reading& reading, const AndiAttributeList& list, const std::string& owner) {
+    for (const AndiAttribute& attribute : attributesOf(list)) {
+        reading.entries.push_back({.key = {.part = parts::texts, .name = owner + attribute.Name},
+                                   .value = valueOf(attribute)});
+    }
+}
+
+void readVariable(Reading& reading, const AndiImage& image, const AndiVariable& variable) {
+    if (&variable == variableOf(image, taken::ordinateValues)) {
+        reading.signal = numbersOf(&variable);
+    } else if (variable.IsRecord != 0) {
+        reading.entries.push_back({.key = {.part = parts::records, .name = variable.Name},
+                                   .value = valueOf(image, variable)});
+    } else if (isPeakColumn(image, variable)) {
+        readPeakColumn(reading, image, variable);
+    } else {
+        reading.entries.push_back({.key = {.part = parts::signal, .name = variable.Name},
+                                   .value = valueOf(image, variable)});
+    }
+    readAttributes(reading, variable.Attributes, std::string{variable.Name} + ':');
+}
+
+} // namespace
+
+Reading readAndi(const std::string& file) {
+    const auto image = std::make_shared<AndiImage>();
+    if (const std::string reason = load(*image, file); !reason.empty()) {
+        throw std::runtime_error{withDiagnosis(reason, file, FileKind::Andi)};
+    }
+    if (variableNamed(*image, taken::ordinateValues) == nullptr) {
+        throw std::runtime_error{"File " + file + " is " + noChromatogramText};
+    }
+    Reading reading;
+    reading.kind = FileKind::Andi;
+    reading.memory = image;
+    readAttributes(reading, image->file.GlobalAttributes, "");
+    for (const AndiVariable& variable : variablesOf(*image)) {
+        readVariable(reading, *image, variable);
+    }
+    for (const AndiDimension& dimension : dimensionsOf(*image)) {
+        reading.entries.push_back({.key = {.part = parts::dimensions, .name = dimension.Name},
+                                   .value = static_cast<double>(dimension.Length)});
+    }
+    return reading;
+}
+
+} // namespace korlit::host
