@@ -19,7 +19,9 @@ struct ChangeRule {
 };
 
 /// One value of a source and what becomes of it. Without a source the target gets a value of its
-/// own (a version of the template), without a target the value has no place there.
+/// own (a version of the template), without a target the value, or what its words name of it, has
+/// no place there. One source may go to several targets. A rule with a target that is the same as
+/// its source is a note on a value that is kept: it is no difference.
 struct Expectation {
     std::optional<ValueKey> from;
     Value source;

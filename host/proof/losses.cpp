@@ -1,0 +1,55 @@
+#include "host/proof/losses.h"
+
+#include <algorithm>
+#include <set>
+
+namespace korlit::host {
+
+namespace {
+
+struct Group {
+    const ChangeRule* rule;
+    std::string column; ///< of peaks; empty for what there is one of
+    std::string words;
+    std::size_t moreCount = 0;
+};
+
+/// The column whose peaks share a line.
+std::string columnOf(const Expectation& expectation) {
+    const auto& key = expectation.from ? expectation.from : expectation.to;
+    return key && key->peak > 0 ? key->name : "";
+}
+
+} // namespace
+
+std::vector<Loss> lossesOf(const Expectations& expected) {
+    std::vector<Group> groups;
+    std::set<std::pair<const ChangeRule*, std::string>> told;
+    const auto add = [&](const ChangeRule* rule, const std::string& column,
+                         const std::string& words) {
+        if (rule == nullptr || !rule->isLoss || !told.emplace(rule, words).second) {
+            return;
+        }
+        const auto same = std::ranges::find_if(groups, [&](const Group& group) {
+            return group.rule == rule && !column.empty() && group.column == column;
+        });
+        if (same != groups.end()) {
+            ++same->moreCount;
+        } else {
+            groups.push_back({.rule = rule, .column = column, .words = words});
+        }
+    };
+    for (const Expectation& each : expected.values) {
+        add(each.rule, columnOf(each), each.words);
+    }
+    add(expected.signalRule, "", expected.signalWords);
+    std::vector<Loss> losses;
+    for (const Group& group : groups) {
+        const std::string more =
+            group.moreCount > 0 ? ", and " + std::to_string(group.moreCount) + " more" : "";
+        losses.push_back({.rule = group.rule->id, .words = group.words + more});
+    }
+    return losses;
+}
+
+} // namespace korlit::host

@@ -1,0 +1,20 @@
+// What a user is told of before a conversion, or with it.
+#pragma once
+
+#include "host/proof/expectation.h"
+
+#include <string>
+#include <vector>
+
+namespace korlit::host {
+
+struct Loss {
+    std::string rule;  ///< its id
+    std::string words; ///< one line
+};
+
+/// The losses among what is expected, in its order: one for all values of a column of peaks that go
+/// the same way, and each only once.
+std::vector<Loss> lossesOf(const Expectations& expected);
+
+} // namespace korlit::host
