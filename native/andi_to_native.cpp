@@ -1,7 +1,6 @@
 #include "native/andi_to_native.h"
 
 #include "andi/value_lookup.h"
-#include "datetime/stamp.h"
 #include "native/extremes.h"
 #include "native/native_state.h"
 #include "native/pair_rules.h"
@@ -68,16 +67,6 @@ void clearHeaders() {
     TheResHeader = {};
 }
 
-void composeDate(std::span<char> target, const StampFields& stamp) {
-    formatText(target, "%02hd.%02hd.%04hd", static_cast<short>(stamp.Day),
-               static_cast<short>(stamp.Month), static_cast<short>(stamp.Year));
-}
-
-void composeTime(std::span<char> target, const StampFields& stamp) {
-    formatText(target, "%02hd:%02hd", static_cast<short>(stamp.Hour),
-               static_cast<short>(stamp.Minute));
-}
-
 void mapDate(AndiFile* file) {
     std::optional<ValueText> text;
     for (const char* source : stampSources) {
@@ -86,12 +75,11 @@ void mapDate(AndiFile* file) {
     if (!text) {
         return;
     }
-    StampFields stamp{};
-    ParseAndiStamp(&stamp, text->data());
-    composeDate(TheSliHeader.DateText, stamp);
-    composeTime(TheSliHeader.TimeText, stamp);
-    composeDate(TheResHeader.ResultDate, stamp);
-    composeTime(TheResHeader.ResultTime, stamp);
+    const auto [date, time] = pairDate(text->data());
+    std::ranges::copy(date, TheSliHeader.DateText);
+    std::ranges::copy(time, TheSliHeader.TimeText);
+    std::ranges::copy(date, TheResHeader.ResultDate);
+    std::ranges::copy(time, TheResHeader.ResultTime);
 }
 
 void mapTexts(AndiFile* file) {
@@ -139,26 +127,11 @@ float mapInterval(AndiFile* file) {
     return times.minutesPerUnit;
 }
 
-/// Takes the digits at the start of `text` off it.
-std::string_view takeDigits(std::string_view& text) {
-    const auto* end = std::find_if_not(text.begin(), text.end(), isDigit);
-    const std::string_view digits = text.substr(0, static_cast<std::size_t>(end - text.begin()));
-    text.remove_prefix(digits.size());
-    return digits;
-}
-
-/// Rack and vial from a position such as 1-2. A text that doesn't start with the rack has its first
-/// digits taken for the vial.
 void mapPosition(AndiFile* file) {
-    const ValueText text = lookUpText(file, taken::samplePosition).value_or(ValueText{});
-    std::string_view rest{text.data()};
-    if (const auto rack = readShort(takeDigits(rest))) {
-        TheSliHeader.AutosamplerRack = *rack;
-    }
-    rest.remove_prefix(std::min(rest.find_first_of("0123456789", 1), rest.size()));
-    if (const auto vial = readShort(takeDigits(rest))) {
-        TheSliHeader.AutosamplerVial = *vial;
-    }
+    const auto text = lookUpText(file, taken::samplePosition).value_or(ValueText{});
+    const Position position = positionIn(text.data());
+    TheSliHeader.AutosamplerRack = position.rack;
+    TheSliHeader.AutosamplerVial = position.vial;
 }
 
 /// Names of a matrix lie its row length apart; those of a vector 4 bytes.

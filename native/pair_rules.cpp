@@ -1,7 +1,9 @@
 #include "native/pair_rules.h"
 
+#include "datetime/stamp.h"
 #include "platform/text.h"
 
+#include <algorithm>
 #include <bit>
 #include <limits>
 
@@ -23,7 +25,34 @@ std::int16_t intervalMs(float value, double unitMs) {
                      : std::int16_t{0};
 }
 
+/// Takes the digits at the start of `text` off it.
+std::string_view takeDigits(std::string_view& text) {
+    const auto* end = std::find_if_not(text.begin(), text.end(), isDigit);
+    const std::string_view digits = text.substr(0, static_cast<std::size_t>(end - text.begin()));
+    text.remove_prefix(digits.size());
+    return digits;
+}
+
 } // namespace
+
+PairDate pairDate(const char* stamp) {
+    StampFields fields{};
+    ParseAndiStamp(&fields, stamp);
+    const auto field = [](std::uint16_t value) { return static_cast<short>(value); };
+    PairDate texts;
+    formatText(texts.date, "%02hd.%02hd.%04hd", field(fields.Day), field(fields.Month),
+               field(fields.Year));
+    formatText(texts.time, "%02hd:%02hd", field(fields.Hour), field(fields.Minute));
+    return texts;
+}
+
+Position positionIn(std::string_view text) {
+    Position position;
+    position.rack = readShort(takeDigits(text)).value_or(position.rack);
+    text.remove_prefix(std::min(text.find_first_of("0123456789", 1), text.size()));
+    position.vial = readShort(takeDigits(text)).value_or(position.vial);
+    return position;
+}
 
 std::int32_t countIn(std::string_view text) {
     return readLong(text).value_or(0);

@@ -89,6 +89,24 @@ constexpr std::int64_t maxPeakNameLength = 14;
 /// A table of more peaks is left out.
 constexpr std::int64_t maxWrittenPeaks = maxWrittenPeakBytes / std::int64_t{sizeof(PeakRecord)};
 
+/// Date and time as a pair has them, terminated.
+struct PairDate {
+    std::array<char, sizeof(SliHeader::DateText)> date{};
+    std::array<char, sizeof(SliHeader::TimeText)> time{};
+};
+
+/// Of a stamp, which is terminated: dd.mm.yyyy and hh:mm. Its seconds and zone go nowhere.
+PairDate pairDate(const char* stamp);
+
+struct Position {
+    std::int16_t rack = 0;
+    std::int16_t vial = 0;
+};
+
+/// Rack and vial from a position such as 1-2. A text that doesn't start with the rack has its first
+/// digits taken for the vial.
+Position positionIn(std::string_view text);
+
 /// A count such as point_number from its text; 0 for what is no number.
 std::int32_t countIn(std::string_view text);
 
