@@ -1,10 +1,10 @@
 #include "host/check/check.h"
 
-#include "host/check/conversion_losses.h"
 #include "host/check/phrases.h"
 #include "host/check/template_check.h"
 #include "host/files/diagnosis.h"
 #include "host/files/recognise.h"
+#include "host/proof/losses.h"
 #include "host/text/json.h"
 #include "host/text/output.h"
 #include "host/text/utf8.h"
@@ -12,7 +12,6 @@
 
 #include <algorithm>
 #include <iostream>
-#include <iterator>
 #include <string>
 #include <vector>
 
@@ -50,7 +49,9 @@ Findings check(const std::string& file) {
     }
     const Subject subject = subjectOf(image);
     Findings findings = departuresFromTemplate(subject);
-    std::ranges::move(lossesInPair(subject), std::back_inserter(findings));
+    for (const Loss& loss : lossesOf(expectedOfPair(readingOf(image)))) {
+        findings.push_back({.severity = Severity::Loss, .rule = loss.rule, .message = loss.words});
+    }
     return findings;
 }
 
@@ -70,9 +71,26 @@ std::string summary(const Findings& findings) {
     return joined(parts, ", ");
 }
 
+/// Losses of one rule that differ in their last word share a line.
+Findings joinedOnLines(const Findings& findings) {
+    Findings lines;
+    for (const Finding& finding : findings) {
+        const std::size_t lastWord = finding.message.rfind(' ') + 1;
+        const bool isMore = finding.severity == Severity::Loss && !lines.empty() &&
+                            lines.back().rule == finding.rule &&
+                            lines.back().message.starts_with(finding.message.substr(0, lastWord));
+        if (isMore) {
+            lines.back().message += ", " + finding.message.substr(lastWord);
+        } else {
+            lines.push_back(finding);
+        }
+    }
+    return lines;
+}
+
 void printText(const CheckedFile& file, bool isQuiet) {
     const std::string name = printable(file.name);
-    for (const auto& [severity, rule, message] : file.findings) {
+    for (const auto& [severity, rule, message] : joinedOnLines(file.findings)) {
         std::cout << name << ": " << severityName(severity) << ": " << printable(message) << '\n';
     }
     if (!isQuiet) {

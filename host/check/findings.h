@@ -18,7 +18,7 @@ const char* severityName(Severity severity);
 
 struct Finding {
     Severity severity;
-    const char* rule; ///< the stable name of what was looked for
+    std::string rule; ///< the stable name of what was looked for
     std::string message;
 };
 

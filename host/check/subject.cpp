@@ -20,13 +20,6 @@ double numberOf(const AndiImage& image, const char* templateName) {
     return number ? double{*number} : std::numeric_limits<double>::quiet_NaN();
 }
 
-/// What a limit and an extreme may differ by, being floats on their way through some calculation.
-double tolerance(const SampleRange& extremes, double extreme) {
-    constexpr double shareOfSpan = 1e-6;
-    return std::max((extremes.largest - extremes.smallest) * shareOfSpan,
-                    std::abs(extreme) * double{std::numeric_limits<float>::epsilon()});
-}
-
 } // namespace
 
 Subject subjectOf(const AndiImage& image) {
@@ -51,7 +44,7 @@ std::vector<DetectorLimit> detectorLimits(const Subject& subject) {
     const auto add = [&](const char* name, double extreme, double outwards) {
         const double limit = numberOf(subject.image, name);
         const double excess = (extreme - limit) * outwards;
-        const bool isAgreed = std::abs(excess) <= tolerance(*subject.extremes, extreme);
+        const bool isAgreed = std::abs(excess) <= limitRounding(smallest, largest, extreme);
         limits.push_back({.name = name,
                           .limit = limit,
                           .extreme = extreme,

@@ -1,8 +1,6 @@
 #include "host/convert/converter.h"
 
-#include "host/check/conversion_losses.h"
 #include "host/convert/delivery.h"
-#include "host/files/andi_image.h"
 #include "host/files/broken_files.h"
 #include "host/files/diagnosis.h"
 #include "host/files/staging.h"
@@ -131,9 +129,7 @@ void Converter::convert(const Job& job, std::size_t number, const Decision& deci
     outcome.points = result.points;
     outcome.peaks = result.peaks;
     if (formatOf(plan.kind).isAndi) {
-        AndiImage image;
-        loadWithoutSignal(image, plan.source);
-        outcome.warnings = cutsInPair(image);
+        outcome.losses = lossesOf(expectedOfPair(readAndi(plan.source)));
     }
     Delivery delivery{.moves = {},
                       .isReplacing = decision.isReplacing,

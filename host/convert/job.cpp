@@ -156,10 +156,15 @@ Outcome plannedOutcome(const Decision& decision) {
 }
 
 std::string packOutcome(std::size_t job, const Outcome& outcome) {
+    auto losses = nlohmann::json::array();
+    for (const auto& [rule, words] : outcome.losses) {
+        losses.push_back({rule, words});
+    }
     const nlohmann::json json{job,
                               static_cast<int>(outcome.status),
                               outcome.message,
                               outcome.warnings,
+                              losses,
                               outcome.seconds,
                               outcome.points,
                               outcome.peaks};
@@ -169,12 +174,16 @@ std::string packOutcome(std::size_t job, const Outcome& outcome) {
 
 Outcome unpackOutcome(const std::string& text) {
     const nlohmann::json json = nlohmann::json::from_cbor(text);
-    return {.status = static_cast<JobStatus>(json[1].get<int>()),
-            .message = json[2],
-            .warnings = json[3],
-            .seconds = json[4],
-            .points = json[5],
-            .peaks = json[6]};
+    Outcome outcome{.status = static_cast<JobStatus>(json[1].get<int>()),
+                    .message = json[2],
+                    .warnings = json[3],
+                    .seconds = json[5],
+                    .points = json[6],
+                    .peaks = json[7]};
+    for (const auto& loss : json[4]) {
+        outcome.losses.push_back({.rule = loss[0], .words = loss[1]});
+    }
+    return outcome;
 }
 
 std::size_t packedJob(const std::string& text) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/files/plan.h"
+#include "host/proof/losses.h"
 
 #include <cstdint>
 #include <string>
@@ -28,7 +29,8 @@ enum class JobStatus : std::uint8_t { Converted, Skipped, Failed, Planned };
 struct Outcome {
     JobStatus status = JobStatus::Failed;
     std::string message;
-    std::vector<std::string> warnings{}; ///< what the target has no room for
+    std::vector<std::string> warnings{}; ///< what the source lacks
+    std::vector<Loss> losses{};          ///< of what it has
     double seconds = 0;
     std::int64_t points = 0;
     std::int64_t peaks = 0;

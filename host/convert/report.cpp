@@ -3,6 +3,7 @@
 #include "host/system/terminal.h"
 #include "host/text/json.h"
 #include "host/text/utf8.h"
+#include "host/text/words.h"
 
 #include <algorithm>
 #include <cmath>
@@ -38,6 +39,33 @@ std::string inColour(const char* colour, const std::string& text) {
     return isColoured() ? colour + text + plain : text;
 }
 
+void printNote(const std::string& words) {
+    std::cout << inColour(yellow, "  " + printable(words)) << '\n';
+}
+
+/// "3 losses: text-cut, no-place (-v lists them)".
+std::string summaryOf(const std::vector<Loss>& losses) {
+    std::vector<std::string> rules;
+    for (const Loss& loss : losses) {
+        if (std::ranges::find(rules, loss.rule) == rules.end()) {
+            rules.push_back(loss.rule);
+        }
+    }
+    return std::to_string(losses.size()) + (losses.size() == 1 ? " loss: " : " losses: ") +
+           joined(rules, ", ") + " (-v lists them)";
+}
+
+void printLosses(const std::vector<Loss>& losses, bool isVerbose) {
+    if (!isVerbose && !losses.empty()) {
+        printNote(summaryOf(losses));
+    }
+    for (const Loss& loss : losses) {
+        if (isVerbose) {
+            printNote("loss: " + loss.words);
+        }
+    }
+}
+
 void printLine(const Job& job, const Outcome& outcome, bool isVerbose) {
     std::ostringstream line;
     line << printable(job.plan.source) << ": " << printable(outcome.message);
@@ -47,8 +75,9 @@ void printLine(const Job& job, const Outcome& outcome, bool isVerbose) {
     std::cout << (outcome.status == JobStatus::Failed ? inColour(red, line.str()) : line.str())
               << '\n';
     for (const std::string& warning : outcome.warnings) {
-        std::cout << inColour(yellow, "  warning: " + printable(warning)) << '\n';
+        printNote("warning: " + warning);
     }
+    printLosses(outcome.losses, isVerbose);
 }
 
 /// As outputs_bytes, where the text of one alone couldn't be opened; null for the others.
@@ -77,12 +106,17 @@ void printJson(const Job& job, const Outcome& outcome) {
     for (const std::string& warning : outcome.warnings) {
         warnings.push_back(utf8Of(warning));
     }
+    Json losses = Json::array();
+    for (const auto& [rule, words] : outcome.losses) {
+        losses.push_back({{"rule", rule}, {"message", utf8Of(words)}});
+    }
     Json line{{"source", utf8Of(job.plan.source)},
               {"kind", formatOf(job.plan.kind).name},
               {"outputs", outputs},
               {"result", statusName(outcome.status)},
               {"message", utf8Of(outcome.message)},
               {"warnings", warnings},
+              {"losses", losses},
               {"seconds", outcome.seconds},
               {"points", outcome.points},
               {"peaks", outcome.peaks}};

@@ -1,6 +1,8 @@
 #include "host/data/facts.h"
 
+#include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace korlit::host {
 
@@ -29,6 +31,12 @@ std::optional<Extremes> extremesOf(const NumberView& signal, bool (*counts)(doub
         }
     }
     return extremes;
+}
+
+double limitRounding(double smallest, double largest, double extreme) {
+    constexpr double shareOfSpan = 1e-6;
+    return std::max((largest - smallest) * shareOfSpan,
+                    std::abs(extreme) * double{std::numeric_limits<float>::epsilon()});
 }
 
 bool hasTimes(const DataSet& set) {

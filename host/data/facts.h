@@ -21,6 +21,10 @@ bool isNumber(double sample);
 std::optional<Extremes> extremesOf(const NumberView& signal,
                                    bool (*counts)(double sample) = isNumber);
 
+/// What a limit that a file gives for its signal and the signal's extreme may differ by, being
+/// floats on their way through some calculation.
+double limitRounding(double smallest, double largest, double extreme);
+
 /// Whether a file says at which times its samples lie.
 bool hasTimes(const DataSet& set);
 

@@ -36,6 +36,12 @@ NumberView::NumberView(AndiType elementType, const void* elements, std::size_t e
     count = numberAt == nullptr || elements == nullptr ? 0 : elementCount;
 }
 
+std::span<const float> NumberView::floats() const {
+    const bool isAligned = reinterpret_cast<std::uintptr_t>(data) % alignof(float) == 0;
+    return type == AndiType::Float && isAligned ? std::span{static_cast<const float*>(data), count}
+                                                : std::span<const float>{};
+}
+
 NumberView NumberView::part(std::size_t first, std::size_t length) const {
     const auto size = static_cast<std::size_t>(elementSize(type));
     return {type, static_cast<const char*>(data) + first * size, length};

@@ -4,6 +4,7 @@
 #include "andi/andi_file.h"
 
 #include <cstddef>
+#include <span>
 
 namespace korlit::host {
 
@@ -19,6 +20,9 @@ class NumberView {
     bool empty() const { return count == 0; }
     double operator[](std::size_t index) const { return numberAt(data, index); }
     double front() const { return (*this)[0]; }
+
+    /// The elements themselves where they are floats at their natural place; none of any others.
+    std::span<const float> floats() const;
 
     /// `length` of them from `first` on.
     NumberView part(std::size_t first, std::size_t length) const;

@@ -23,10 +23,10 @@ struct ChangeRule {
 /// no place there. One source may go to several targets. A rule with a target that is the same as
 /// its source is a note on a value that is kept: it is no difference.
 struct Expectation {
-    std::optional<ValueKey> from;
-    Value source;
-    std::optional<ValueKey> to;
-    Value target;                     ///< to the last bit
+    std::optional<ValueKey> from{};
+    Value source{};
+    std::optional<ValueKey> to{};
+    Value target{};                   ///< to the last bit
     const ChangeRule* rule = nullptr; ///< none where the value is kept as it is
     std::string words{}; ///< what happens to this one, on one line; empty without a rule
 };

@@ -14,6 +14,10 @@ struct Group {
     std::size_t moreCount = 0;
 };
 
+bool isLoss(const ChangeRule* rule) {
+    return rule != nullptr && rule->isLoss;
+}
+
 /// The column whose peaks share a line.
 std::string columnOf(const Expectation& expectation) {
     const auto& key = expectation.from ? expectation.from : expectation.to;
@@ -27,7 +31,7 @@ std::vector<Loss> lossesOf(const Expectations& expected) {
     std::set<std::pair<const ChangeRule*, std::string>> told;
     const auto add = [&](const ChangeRule* rule, const std::string& column,
                          const std::string& words) {
-        if (rule == nullptr || !rule->isLoss || !told.emplace(rule, words).second) {
+        if (!told.emplace(rule, words).second) {
             return;
         }
         const auto same = std::ranges::find_if(groups, [&](const Group& group) {
@@ -40,9 +44,13 @@ std::vector<Loss> lossesOf(const Expectations& expected) {
         }
     };
     for (const Expectation& each : expected.values) {
-        add(each.rule, columnOf(each), each.words);
+        if (isLoss(each.rule)) {
+            add(each.rule, columnOf(each), each.words);
+        }
     }
-    add(expected.signalRule, "", expected.signalWords);
+    if (isLoss(expected.signalRule)) {
+        add(expected.signalRule, "", expected.signalWords);
+    }
     std::vector<Loss> losses;
     for (const Group& group : groups) {
         const std::string more =

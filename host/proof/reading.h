@@ -2,6 +2,7 @@
 // that writes them.
 #pragma once
 
+#include "host/files/andi_image.h"
 #include "host/files/formats.h"
 #include "host/files/number_view.h"
 
@@ -62,6 +63,8 @@ struct Reading {
 /// the order in which a conversion looks for a name. Throws a runtime_error with the words for the
 /// user where it can't be read; so do the other two.
 Reading readAndi(const std::string& file);
+/// The same of a file in memory, which must outlive the reading.
+Reading readingOf(const AndiImage& image);
 
 /// Reads a Merivolta pair by the records of its two files, each field that is in them: a short
 /// record of a peak has no baseline, no second area percent and no amount. Bytes to which nothing

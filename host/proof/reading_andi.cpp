@@ -107,14 +107,19 @@ Reading readAndi(const std::string& file) {
     if (variableNamed(*image, taken::ordinateValues) == nullptr) {
         throw std::runtime_error{"File " + file + " is " + noChromatogramText};
     }
+    Reading reading = readingOf(*image);
+    reading.memory = image;
+    return reading;
+}
+
+Reading readingOf(const AndiImage& image) {
     Reading reading;
     reading.kind = FileKind::Andi;
-    reading.memory = image;
-    readAttributes(reading, image->file.GlobalAttributes, "");
-    for (const AndiVariable& variable : variablesOf(*image)) {
-        readVariable(reading, *image, variable);
+    readAttributes(reading, image.file.GlobalAttributes, "");
+    for (const AndiVariable& variable : variablesOf(image)) {
+        readVariable(reading, image, variable);
     }
-    for (const AndiDimension& dimension : dimensionsOf(*image)) {
+    for (const AndiDimension& dimension : dimensionsOf(image)) {
         reading.entries.push_back({.key = {.part = parts::dimensions, .name = dimension.Name},
                                    .value = static_cast<double>(dimension.Length)});
     }

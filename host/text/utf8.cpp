@@ -114,6 +114,18 @@ std::string printable(std::string_view text) {
     return encoded(characters);
 }
 
+std::string_view startOfText(std::string_view text, std::size_t size) {
+    std::size_t end = 0;
+    for (std::string_view rest = text; !rest.empty();) {
+        if (!takeCharacter(rest)) {
+            return text.substr(0, size);
+        }
+        const std::size_t place = text.size() - rest.size();
+        end = place <= size ? place : end;
+    }
+    return text.substr(0, end);
+}
+
 std::size_t characterCount(std::string_view text) {
     return charactersOf(text).size();
 }

@@ -22,6 +22,9 @@ std::string utf8Of(std::string_view text);
 /// The same for a line on a terminal, with U+FFFD for what would steer it.
 std::string printable(std::string_view text);
 
+/// The start of a text in so many bytes, without a character that they would cut.
+std::string_view startOfText(std::string_view text, std::size_t size);
+
 std::size_t characterCount(std::string_view text);
 
 } // namespace korlit::host

@@ -14,7 +14,9 @@ findings() {
 
 # What check finds in planted.cdf beyond what good.cdl has.
 planted() {
-    plant "$@" && findings planted.cdf | grep -vxF 'loss zone-left-out: the zone offset of injection_date_time_stamp 20240229120000+0100 is left out'
+    plant "$@" && findings planted.cdf |
+        grep -vxF -e 'loss zone-left-out: the zone offset of injection_date_time_stamp 20240229120000+0100 is left out' \
+            -e 'loss area-by-sixty-on-return: peak_area keeps its numbers, and each way back to ANDI divides them by 60'
     true
 }
 

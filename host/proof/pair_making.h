@@ -1,0 +1,45 @@
+// A pair in the making, as it is expected of an ANDI file.
+#pragma once
+
+#include "host/proof/andi_lookup.h"
+#include "host/proof/change_rules.h"
+#include "host/proof/expected_values.h"
+#include "host/proof/pair_fields.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <span>
+#include <string>
+#include <utility>
+
+namespace korlit::host {
+
+inline const RecordField& fieldAt(std::span<const RecordField> fields, std::size_t offset) {
+    return *std::ranges::find(fields, offset, &RecordField::offset);
+}
+
+inline ValueKey keyOf(const RecordField& field, std::size_t peak = 0) {
+    return {.part = field.part, .name = field.name, .peak = peak};
+}
+
+/// The file, what is said of its values, and how conversions find them.
+struct PairMaking {
+    const Reading& andi;
+    AndiLookup lookup{andi};
+    ExpectedValues values{};
+};
+
+/// A text in so many bytes, with the rule and the words if that cuts it.
+struct CutText {
+    std::string text;
+    const ChangeRule* rule;
+    std::string words;
+};
+CutText cutTo(std::size_t room, const std::string& text, const std::string& subject,
+              const ChangeRule& rule);
+
+/// Has said of the peak table, and of its counts, what becomes of them. `minutesPerUnit` turns the
+/// file's times into minutes. Answers how many peaks the pair has.
+std::int64_t expectPeaks(PairMaking& making, float minutesPerUnit);
+
+} // namespace korlit::host
