@@ -48,20 +48,10 @@ std::string loadPart(AndiImage& image, const std::string& path, DataFilter isWan
                : reasonOf(message, boxes);
 }
 
-bool isOfSamples(const AndiVariable& variable) {
-    return isNamed(variable.Name, "ordinate_values") ||
-           isNamed(variable.Name, "raw_data_retention");
-}
-
 } // namespace
 
 std::string load(AndiImage& image, const std::string& path) {
     return loadPart(image, path, [](const AndiVariable& /*variable*/) { return true; });
-}
-
-std::string loadWithoutSignal(AndiImage& image, const std::string& path) {
-    return loadPart(image, path,
-                    [](const AndiVariable& variable) { return !isOfSamples(variable); });
 }
 
 std::string loadHeader(AndiImage& image, const std::string& path) {

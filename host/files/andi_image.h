@@ -26,9 +26,6 @@ struct AndiImage {
 /// Loads a file; answers the empty text, or why it can't be.
 std::string load(AndiImage& image, const std::string& path);
 
-/// The same without the data that there is a value of for each sample.
-std::string loadWithoutSignal(AndiImage& image, const std::string& path);
-
 /// The same without any data.
 std::string loadHeader(AndiImage& image, const std::string& path);
 
