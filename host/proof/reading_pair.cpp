@@ -148,7 +148,7 @@ void readPeaks(Reading& reading, FileBytes& file, std::int64_t place, int count,
 
 void readReport(Reading& reading, FileBytes& file) {
     const RepHeader header = reportHeaderIn(file);
-    readFields(reading, file, 0, &header, reportFields);
+    readFields(reading, file, 0, file.at(0, sizeof header), reportFields);
     const std::int64_t place = header.ResultsOffset;
     const auto results = file.recordAt<ResHeader>(place);
     readFields(reading, file, place, &results, resultFields);
