@@ -6,27 +6,10 @@
 #include <array>
 #include <cstddef>
 #include <cstring>
-#include <utility>
 
 namespace korlit {
 
 namespace {
-
-struct NamedLength {
-    const char* name;
-    std::int32_t length;
-};
-
-constexpr std::array<NamedLength, 8> stringDimensions{{
-    {.name = "_2_byte_string", .length = 2},
-    {.name = "_4_byte_string", .length = 4},
-    {.name = "_8_byte_string", .length = 8},
-    {.name = "_16_byte_string", .length = 16},
-    {.name = "_32_byte_string", .length = 32},
-    {.name = "_64_byte_string", .length = 64},
-    {.name = "_128_byte_string", .length = 128},
-    {.name = "_255_byte_string", .length = 255},
-}};
 
 /// The new dimension's index, or -1 if it wasn't added. The builder's own answer can't tell a
 /// failed growth from the first index, and a variable over the wrong dimension is worse than none.
@@ -43,7 +26,7 @@ void addText(AndiAttributeList* list, const char* name, const char* text) {
 /// The compiler makes this twice and the program takes the one that suits the processor.
 [[gnu::target_clones("avx2", "default")]] void scale(std::span<float> samples, double factor) {
     for (float& sample : samples) {
-        sample = static_cast<float>(sample * factor);
+        sample = inDetectorUnit(sample, factor);
     }
 }
 
@@ -70,8 +53,8 @@ TemplateDimensions AddTemplateDimensions(AndiFile* file, std::int32_t pointCount
     return dimensions;
 }
 
-void AddTemplateAttributes(AndiFile* file, const RunTexts& texts, bool hasPeaks) {
-    const std::array<std::pair<const char*, const char*>, 17> attributes{{
+TemplateTexts templateTexts(const RunTexts& texts, bool hasPeaks) {
+    return {{
         {"dataset_completeness", hasPeaks ? "C1+C2" : "C1"},
         {"aia_template_revision", "1.0"},
         {"netcdf_revision", "2.3"},
@@ -90,26 +73,37 @@ void AddTemplateAttributes(AndiFile* file, const RunTexts& texts, bool hasPeaks)
         {"retention_unit", "min"},
         {"error_log", "not implemented"},
     }};
-    for (const auto& [name, text] : attributes) {
+}
+
+void AddTemplateAttributes(AndiFile* file, const RunTexts& texts, bool hasPeaks) {
+    for (const auto& [name, text] : templateTexts(texts, hasPeaks)) {
         addText(&file->GlobalAttributes, name, text);
     }
 }
 
-void AddTemplateScalars(AndiFile* file, const SignalFigures& figures) {
+TemplateScalars templateScalars(const SignalFigures& figures) {
     constexpr double msPerSecond = 1000.0;
     constexpr double msPerMinute = 60000.0;
     const double interval = figures.sampleIntervalMs;
-    const std::array<std::pair<const char*, double>, 5> scalars{{
-        {"detector_maximum_value", figures.maximum * figures.scaleFactor},
-        {"detector_minimum_value", figures.minimum * figures.scaleFactor},
-        {"actual_run_time_length", interval * figures.pointCount / msPerSecond},
-        {"actual_delay_time", 0.0},
-        {"actual_sampling_interval", interval / msPerMinute},
+    return {{
+        {"detector_maximum_value", inDetectorUnit(figures.maximum, figures.scaleFactor)},
+        {"detector_minimum_value", inDetectorUnit(figures.minimum, figures.scaleFactor)},
+        {"actual_run_time_length", static_cast<float>(interval * figures.pointCount / msPerSecond)},
+        {"actual_delay_time", 0.0F},
+        {"actual_sampling_interval", static_cast<float>(interval / msPerMinute)},
     }};
-    for (const auto& [name, value] : scalars) {
-        const auto stored = static_cast<float>(value);
-        AddAndiScalar(file, name, AndiType::Float, &stored);
+}
+
+void AddTemplateScalars(AndiFile* file, const SignalFigures& figures) {
+    for (const auto& [name, value] : templateScalars(figures)) {
+        AddAndiScalar(file, name, AndiType::Float, &value);
     }
+}
+
+PositionText positionText(const SamplePosition& position) {
+    PositionText text{};
+    formatText(text, "%hd-%hd", position.rack, position.vial);
+    return text;
 }
 
 AndiVariable* AddSignal(AndiFile* file, std::int32_t pointDimension, GlobalHandle& handle,
@@ -120,10 +114,8 @@ AndiVariable* AddSignal(AndiFile* file, std::int32_t pointDimension, GlobalHandl
     }
     scale({samples, static_cast<std::size_t>(signal->ElementCount)}, scaleFactor);
     exchangeData(*signal, handle, samples);
-    std::array<char, 16> positionText{};
-    formatText(positionText, "%hd-%hd", position.rack, position.vial);
     addText(&signal->Attributes, "uniform_sampling_flag", "Y");
-    addText(&signal->Attributes, "autosampler_position", positionText.data());
+    addText(&signal->Attributes, "autosampler_position", positionText(position).data());
     return signal;
 }
 

@@ -6,7 +6,27 @@
 
 #include "andi/andi_file.h"
 
+#include <array>
+#include <utility>
+
 namespace korlit {
+
+struct NamedLength {
+    const char* name;
+    std::int32_t length;
+};
+
+/// The dimensions ahead of all others.
+constexpr std::array<NamedLength, 8> stringDimensions{{
+    {.name = "_2_byte_string", .length = 2},
+    {.name = "_4_byte_string", .length = 4},
+    {.name = "_8_byte_string", .length = 8},
+    {.name = "_16_byte_string", .length = 16},
+    {.name = "_32_byte_string", .length = 32},
+    {.name = "_64_byte_string", .length = 64},
+    {.name = "_128_byte_string", .length = 128},
+    {.name = "_255_byte_string", .length = 255},
+}};
 
 /// Indexes of the dimensions that variables use; -1 for one that found no memory. Behind the first
 /// of points, peaks and errors that did, none is added.
@@ -33,7 +53,11 @@ struct RunTexts {
     const char* detectorUnit;
 };
 
-/// Adds the seventeen global attributes, all of them texts with their terminator.
+/// The names and texts of the seventeen global attributes.
+using TemplateTexts = std::array<std::pair<const char*, const char*>, 17>;
+TemplateTexts templateTexts(const RunTexts& texts, bool hasPeaks);
+
+/// Adds the global attributes, with their terminators.
 void AddTemplateAttributes(AndiFile* file, const RunTexts& texts, bool hasPeaks);
 
 /// What the scalars are worked out from.
@@ -45,8 +69,17 @@ struct SignalFigures {
     std::int16_t sampleIntervalMs;
 };
 
-/// Adds the five scalars as floats, each rounded once. The run time is in seconds and the sampling
-/// interval in minutes.
+/// A stored value in the detector's unit, worked out in double precision and rounded once.
+constexpr float inDetectorUnit(float stored, double scaleFactor) {
+    return static_cast<float>(stored * scaleFactor);
+}
+
+/// The names and values of the five scalars, each rounded once. The run time is in seconds and the
+/// sampling interval in minutes.
+using TemplateScalars = std::array<std::pair<const char*, float>, 5>;
+TemplateScalars templateScalars(const SignalFigures& figures);
+
+/// Adds the scalars.
 void AddTemplateScalars(AndiFile* file, const SignalFigures& figures);
 
 /// Where the sample stood in the autosampler.
@@ -55,9 +88,12 @@ struct SamplePosition {
     std::int16_t vial;
 };
 
-/// Adds the signal over the dimension of the points: each sample times the scale factor in double
-/// precision, rounded once. With it goes that it is uniform, and the position as in "1-2". Null if
-/// the variable can't be added.
+/// The position as in "1-2".
+using PositionText = std::array<char, 16>;
+PositionText positionText(const SamplePosition& position);
+
+/// Adds the signal over the dimension of the points, in the detector's unit. With it goes that it
+/// is uniform, and the position. Null if the variable can't be added.
 ///
 /// A signal may fill most of the memory, so it is not copied: the block of samples, as many as the
 /// dimension has points, becomes the variable's, and the caller gets an empty one in exchange.

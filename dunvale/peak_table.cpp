@@ -6,8 +6,6 @@
 #include "platform/text.h"
 
 #include <algorithm>
-#include <array>
-#include <cstddef>
 
 namespace korlit {
 
@@ -15,27 +13,6 @@ namespace {
 
 constexpr const char* noMatrixText =
     "Error(s) occurred !!!\r\nAddAndiMatrix(\"%s\") returned NULL.";
-
-constexpr std::size_t retentionTime = offsetof(Results, RetentionTime);
-constexpr std::size_t startTime = offsetof(Results, StartTime);
-constexpr std::size_t endTime = offsetof(Results, EndTime);
-constexpr std::size_t area = offsetof(Results, Area);
-
-struct ResultColumn {
-    const char* name;
-    std::size_t fieldOffset;
-};
-
-/// The columns between peak_name and the values of the baselines.
-constexpr std::array<ResultColumn, 6> middleColumns{{
-    {.name = "peak_amount", .fieldOffset = offsetof(Results, Amount)},
-    {.name = "peak_start_time", .fieldOffset = startTime},
-    {.name = "peak_end_time", .fieldOffset = endTime},
-    {.name = "peak_area", .fieldOffset = area},
-    // No share of the total: files of this origin repeat the area.
-    {.name = "peak_area_percent", .fieldOffset = area},
-    {.name = "peak_height", .fieldOffset = offsetof(Results, Height)},
-}};
 
 /// A peak table on its way into a file.
 struct PeakTable {
@@ -45,10 +22,10 @@ struct PeakTable {
     std::span<char> message;
 };
 
-void addColumn(const PeakTable& table, const char* name, std::size_t fieldOffset) {
+void addColumn(const PeakTable& table, const ResultColumn& column) {
     const std::span<const Results> results = table.peaks.results;
-    AddResultColumn(table.file, name, table.dimensions.peaks,
-                    std::as_bytes(results).data() + fieldOffset,
+    AddResultColumn(table.file, column.name, table.dimensions.peaks,
+                    std::as_bytes(results).data() + column.fieldOffset,
                     static_cast<std::int16_t>(results.size()));
 }
 
@@ -106,18 +83,18 @@ bool AddPeakTable(AndiFile* file, const TemplateDimensions& dimensions, const Ch
                   std::span<char> message) {
     const PeakTable table{
         .file = file, .dimensions = dimensions, .peaks = peaks, .message = message};
-    addColumn(table, "peak_retention_time", retentionTime);
+    addColumn(table, retentionColumn);
     if (!addNames(table)) {
         return false;
     }
     divideAreas(peaks.results);
-    for (const auto& [name, fieldOffset] : middleColumns) {
-        addColumn(table, name, fieldOffset);
+    for (const ResultColumn& column : middleColumns) {
+        addColumn(table, column);
     }
-    addColumn(table, "baseline_start_time", startTime);
-    addBaselineValues(table, "baseline_start_value", &Results::StartTime);
-    addColumn(table, "baseline_stop_time", endTime);
-    addBaselineValues(table, "baseline_stop_value", &Results::EndTime);
+    for (const auto& [timeColumn, valueName, time] : baselineColumns) {
+        addColumn(table, timeColumn);
+        addBaselineValues(table, valueName, time);
+    }
     return addDetectionCodes(table);
 }
 

@@ -4,10 +4,48 @@
 #include "andi/chromatography_template.h"
 #include "dunvale/run_records.h"
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <span>
 
 namespace korlit {
+
+/// A column of floats and the field that it comes from.
+struct ResultColumn {
+    const char* name;
+    std::size_t fieldOffset;
+};
+
+/// The column of names stands behind it.
+constexpr ResultColumn retentionColumn{.name = "peak_retention_time",
+                                       .fieldOffset = offsetof(Results, RetentionTime)};
+
+constexpr std::array<ResultColumn, 6> middleColumns{{
+    {.name = "peak_amount", .fieldOffset = offsetof(Results, Amount)},
+    {.name = "peak_start_time", .fieldOffset = offsetof(Results, StartTime)},
+    {.name = "peak_end_time", .fieldOffset = offsetof(Results, EndTime)},
+    {.name = "peak_area", .fieldOffset = offsetof(Results, Area)},
+    // No share of the total: files of this origin repeat the area.
+    {.name = "peak_area_percent", .fieldOffset = offsetof(Results, Area)},
+    {.name = "peak_height", .fieldOffset = offsetof(Results, Height)},
+}};
+
+/// A column of times, and that of the samples there.
+struct BaselineColumns {
+    ResultColumn timeColumn;
+    const char* valueName;
+    float Results::*time;
+};
+
+constexpr std::array<BaselineColumns, 2> baselineColumns{{
+    {.timeColumn = {.name = "baseline_start_time", .fieldOffset = offsetof(Results, StartTime)},
+     .valueName = "baseline_start_value",
+     .time = &Results::StartTime},
+    {.timeColumn = {.name = "baseline_stop_time", .fieldOffset = offsetof(Results, EndTime)},
+     .valueName = "baseline_stop_value",
+     .time = &Results::EndTime},
+}};
 
 /// A channel's records in memory.
 struct ChannelPeaks {

@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <array>
-#include <string_view>
 #include <utility>
 
 namespace korlit {
@@ -89,19 +88,22 @@ void exchangeMisplaced(StampFields& fields) {
 
 } // namespace
 
-void ParseNativeDate(StampFields* fields) {
+void readDateTexts(StampFields& fields, std::string_view date, std::string_view time) {
     std::array<std::uint16_t, 3> numbers{};
-    if (!readNumbers(textOf(TheSliHeader.DateText), numbers)) {
+    if (!readNumbers(date, numbers)) {
         return;
     }
-    assignRoles(*fields, numbers);
-    exchangeMisplaced(*fields);
-    const std::string_view time = textOf(TheSliHeader.TimeText);
+    assignRoles(fields, numbers);
+    exchangeMisplaced(fields);
     const std::size_t colon = time.find(':');
     if (colon != std::string_view::npos) {
-        readNumber(time.substr(0, colon), fields->Hour);
-        readNumber(time.substr(colon + 1), fields->Minute);
+        readNumber(time.substr(0, colon), fields.Hour);
+        readNumber(time.substr(colon + 1), fields.Minute);
     }
+}
+
+void ParseNativeDate(StampFields* fields) {
+    readDateTexts(*fields, textOf(TheSliHeader.DateText), textOf(TheSliHeader.TimeText));
 }
 
 } // namespace korlit

@@ -5,6 +5,7 @@
 #include "datetime/injection_time.h"
 #include "native/native_date.h"
 #include "native/native_state.h"
+#include "native/pair_rules.h"
 #include "platform/text.h"
 
 #include <algorithm>
@@ -17,13 +18,6 @@ namespace korlit {
 namespace {
 
 constexpr const char* convertedText = "Merivolta File converted to %s.";
-
-constexpr std::array<const char*, 3> separationTypes{"HPLC", "gel permeation chromatography",
-                                                     "gas chromatography"};
-
-const char* separationText(std::uint16_t type) {
-    return type < separationTypes.size() ? separationTypes[type] : "<unknown>";
-}
 
 void addAttributes(AndiFile* file, const char* path) {
     StampFields date{};
@@ -66,33 +60,12 @@ void divideAreas(PeakRecord* peaks) {
     }
 }
 
-struct PeakColumn {
-    const char* name;
-    std::size_t fieldOffset;
-};
-
-constexpr std::size_t retentionTime = offsetof(PeakRecord, RetentionTime);
-constexpr std::size_t startTime = offsetof(PeakRecord, BaselineStartTime);
-constexpr std::size_t stopTime = offsetof(PeakRecord, BaselineStopTime);
-
-/// The columns behind peak_retention_time and peak_name.
-constexpr std::array<PeakColumn, 9> peakColumns{{
-    {.name = "peak_amount", .fieldOffset = offsetof(PeakRecord, PeakAmount)},
-    {.name = "peak_start_time", .fieldOffset = startTime},
-    {.name = "peak_end_time", .fieldOffset = stopTime},
-    {.name = "peak_area", .fieldOffset = offsetof(PeakRecord, PeakArea)},
-    {.name = "peak_area_percent", .fieldOffset = offsetof(PeakRecord, ExtAreaPercent)},
-    {.name = "peak_height", .fieldOffset = offsetof(PeakRecord, PeakHeight)},
-    {.name = "baseline_start_time", .fieldOffset = startTime},
-    {.name = "baseline_stop_time", .fieldOffset = stopTime},
-    {.name = "migration_time", .fieldOffset = retentionTime},
-}};
-
 void addPeaks(AndiFile* file, const TemplateDimensions& dimensions, PeakRecord* peaks) {
-    AddPeakColumn(file, "peak_retention_time", dimensions.peaks, peaks, retentionTime);
+    const auto& [first, retentionTime] = peakColumns.front();
+    AddPeakColumn(file, first, dimensions.peaks, peaks, retentionTime);
     addPeakNames(file, dimensions, peaks);
     divideAreas(peaks);
-    for (const auto& [name, fieldOffset] : peakColumns) {
+    for (const auto& [name, fieldOffset] : std::span{peakColumns}.subspan(1)) {
         AddPeakColumn(file, name, dimensions.peaks, peaks, fieldOffset);
     }
 }

@@ -35,6 +35,12 @@ std::string_view takeDigits(std::string_view& text) {
 
 } // namespace
 
+const char* separationText(std::uint16_t type) {
+    constexpr std::array<const char*, 3> kinds{"HPLC", "gel permeation chromatography",
+                                               "gas chromatography"};
+    return type < kinds.size() ? kinds[type] : "<unknown>";
+}
+
 PairDate pairDate(const char* stamp) {
     StampFields fields{};
     ParseAndiStamp(&fields, stamp);

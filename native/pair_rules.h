@@ -1,6 +1,6 @@
-// The rules by which values of an ANDI file become those of a Merivolta pair: for the mapping, and
-// for whoever must know beforehand what a pair keeps. Names are those of the chromatography
-// template.
+// The rules by which values of an ANDI file become those of a Merivolta pair, and back: for the
+// mappings, and for whoever must know beforehand what becomes of a value. Names are those of the
+// chromatography template.
 #pragma once
 
 #include "native/native_records.h"
@@ -67,6 +67,30 @@ constexpr std::array<PeakSource, 10> peakSources{{
 /// The stamps that a pair's date and time come from; the first that a file has.
 constexpr std::array<const char*, 2> stampSources{"dataset_date_time_stamp",
                                                   "injection_date_time_stamp"};
+
+/// A column of floats in the peak table of an ANDI file that a pair becomes, and the field that it
+/// comes from.
+struct PeakColumn {
+    const char* name;
+    std::size_t fieldOffset;
+};
+
+/// The column of names stands behind the first of them.
+constexpr std::array<PeakColumn, 10> peakColumns{{
+    {.name = "peak_retention_time", .fieldOffset = offsetof(PeakRecord, RetentionTime)},
+    {.name = "peak_amount", .fieldOffset = offsetof(PeakRecord, PeakAmount)},
+    {.name = "peak_start_time", .fieldOffset = offsetof(PeakRecord, BaselineStartTime)},
+    {.name = "peak_end_time", .fieldOffset = offsetof(PeakRecord, BaselineStopTime)},
+    {.name = "peak_area", .fieldOffset = offsetof(PeakRecord, PeakArea)},
+    {.name = "peak_area_percent", .fieldOffset = offsetof(PeakRecord, ExtAreaPercent)},
+    {.name = "peak_height", .fieldOffset = offsetof(PeakRecord, PeakHeight)},
+    {.name = "baseline_start_time", .fieldOffset = offsetof(PeakRecord, BaselineStartTime)},
+    {.name = "baseline_stop_time", .fieldOffset = offsetof(PeakRecord, BaselineStopTime)},
+    {.name = "migration_time", .fieldOffset = offsetof(PeakRecord, RetentionTime)},
+}};
+
+/// The kind of separation in words.
+const char* separationText(std::uint16_t type);
 
 /// What else a pair takes.
 namespace taken {
