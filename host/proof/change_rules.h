@@ -34,6 +34,31 @@ inline constexpr ChangeRule countOfSamples{"count-of-samples", "the count of poi
 inline constexpr ChangeRule impliedByPair{"implied-by-pair", "what is so in every pair, or is empty, is left out", false};
 inline constexpr ChangeRule setByPair{"set-by-pair", "the pair's own bookkeeping", false};
 
+// From a pair or a run to ANDI.
+inline constexpr ChangeRule areaBySixty{"area-by-sixty", "areas are divided by 60 on the way to ANDI", false};
+inline constexpr ChangeRule factorInValues{"factor-in-values", "samples and limits are multiplied by the scale factor", false};
+inline constexpr ChangeRule intervalInMinutes{"interval-in-minutes", "an interval is written in minutes, in single precision", false};
+inline constexpr ChangeRule runTimeOfSamples{"run-time-of-samples", "the time of the run is that of its samples, in seconds", false};
+inline constexpr ChangeRule dateAsStamp{"date-as-stamp", "a date is written as a stamp with the zone of the machine, and in words", false};
+inline constexpr ChangeRule dateUnreadable{"date-unreadable", "a date that no calendar has gives no stamp", true};
+inline constexpr ChangeRule separationInWords{"separation-in-words", "a kind of separation is written in words", false};
+inline constexpr ChangeRule separationUnknown{"separation-unknown", "a kind of separation that is none becomes <unknown>", true};
+inline constexpr ChangeRule positionJoined{"position-joined", "rack and vial are written as one position", false};
+inline constexpr ChangeRule sourceNamed{"source-named", "an ANDI file names the file that it was made of", false};
+inline constexpr ChangeRule setByTemplate{"set-by-template", "what the template asks for", false};
+inline constexpr ChangeRule shortRecord{"short-record", "what a short record of a peak lacks is 0", false};
+inline constexpr ChangeRule saidTwice{"said-twice", "what follows from another value is left out", false};
+inline constexpr ChangeRule secondValueLeftOut{"second-value-left-out", "of two values that differ the second is left out", true};
+inline constexpr ChangeRule layoutLeftOut{"layout-left-out", "what a file says of its own layout is left out", false};
+inline constexpr ChangeRule noPlaceInAndi{"no-place-in-andi", "an ANDI file has no place for it", true};
+
+// From a run alone.
+inline constexpr ChangeRule areaAsPercent{"area-as-percent", "the area stands in the place of the area percent, too", false};
+inline constexpr ChangeRule noWindow{"no-window", "a peak that lies in no window has no name", false};
+inline constexpr ChangeRule windowNameCut{"window-name-cut", "names of windows are cut to 31 bytes", true};
+inline constexpr ChangeRule baselineOfSamples{"baseline-of-samples", "the values of a baseline are samples of the signal", false};
+inline constexpr ChangeRule codeOfEvents{"code-of-events", "detection codes are worked out from the events", false};
+
 // clang-format on
 
 } // namespace korlit::host::changes

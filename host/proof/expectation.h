@@ -36,7 +36,7 @@ struct Expectations {
     FileKind kind = FileKind::Unknown; ///< of the output
     std::vector<Expectation> values;
     NumberView signal;       ///< the source's samples that are kept
-    double signalFactor = 1; ///< by which each is multiplied, in single precision
+    double signalFactor = 1; ///< by which each is multiplied, in double precision, rounded once
     const ChangeRule* signalRule = nullptr;
     std::string signalWords{};
 };

@@ -1,44 +1,12 @@
 // The fields of a Merivolta pair's records that carry data, under the names of the records.
 #pragma once
 
-#include "host/proof/reading.h"
+#include "host/proof/record_field.h"
 #include "native/native_records.h"
 
 #include <array>
-#include <cstddef>
-#include <cstdint>
-#include <cstring>
 
 namespace korlit::host {
-
-template <typename Number>
-Value numberAt(const char* field, std::size_t size) {
-    Number number{};
-    std::memcpy(&number, field, size);
-    return static_cast<double>(number);
-}
-
-inline Value textAt(const char* field, std::size_t size) {
-    return std::string{field, std::find(field, field + size, '\0')};
-}
-
-struct RecordField {
-    const char* part;
-    const char* name;
-    std::size_t offset;
-    std::size_t size;
-    Value (*valueAt)(const char* field, std::size_t size);
-};
-
-template <typename Number>
-constexpr RecordField numberField(const char* part, const char* name, std::size_t offset) {
-    return {part, name, offset, sizeof(Number), numberAt<Number>};
-}
-
-constexpr RecordField textField(const char* part, const char* name, std::size_t offset,
-                                std::size_t size) {
-    return {part, name, offset, size, textAt};
-}
 
 constexpr std::array<RecordField, 14> sliceFields{
     numberField<std::uint32_t>(parts::signal, "PointCount", offsetof(SliHeader, PointCount)),

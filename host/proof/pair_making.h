@@ -6,21 +6,10 @@
 #include "host/proof/expected_values.h"
 #include "host/proof/pair_fields.h"
 
-#include <algorithm>
 #include <cstddef>
-#include <span>
 #include <string>
-#include <utility>
 
 namespace korlit::host {
-
-inline const RecordField& fieldAt(std::span<const RecordField> fields, std::size_t offset) {
-    return *std::ranges::find(fields, offset, &RecordField::offset);
-}
-
-inline ValueKey keyOf(const RecordField& field, std::size_t peak = 0) {
-    return {.part = field.part, .name = field.name, .peak = peak};
-}
 
 /// The file, what is said of its values, and how conversions find them.
 struct PairMaking {

@@ -29,6 +29,8 @@ constexpr const char* peaks = "peaks";
 constexpr const char* texts = "texts";           ///< of an ANDI file its attributes
 constexpr const char* dimensions = "dimensions"; ///< of an ANDI file: their lengths
 constexpr const char* records = "records";       ///< of an ANDI file: what no conversion finds
+constexpr const char* windows = "windows";       ///< of a run: its first table of peak windows
+constexpr const char* windows2 = "windows2";     ///< the second
 } // namespace parts
 
 /// The name of what stands in a pair where nothing has a meaning.
@@ -38,7 +40,7 @@ constexpr const char* reservedBytes = "reserved bytes";
 struct ValueKey {
     std::string part;     ///< one of `parts`
     std::string name;     ///< as its format names it: an attribute, a variable, a field of a record
-    std::size_t peak = 0; ///< from 1; 0 for what there is one of
+    std::size_t peak = 0; ///< or window, from 1; 0 for what there is one of
 
     auto operator<=>(const ValueKey&) const = default;
 };
@@ -72,7 +74,10 @@ Reading readingOf(const AndiImage& image);
 /// asked only about versions that this one doesn't write.
 Reading readPair(const std::string& sliceFile);
 
-/// Reads a Dunvale run, a data set for each channel.
+/// Reads a Dunvale run, a data set for each channel, by the fields of its records: each has what is
+/// said of the run, too. What the file ends ahead of is zero, as it is for a conversion. The points
+/// and types of the events are a text each. Of the tables that have no meaning there is the count
+/// of records, where it isn't 0; and each text of the time table that isn't empty.
 std::vector<Reading> readRun(const std::string& file);
 
 } // namespace korlit::host

@@ -1,0 +1,192 @@
+#include "host/proof/andi_making.h"
+
+#include "andi/chromatography_template.h"
+#include "datetime/injection_time.h"
+
+#include <algorithm>
+#include <array>
+
+namespace korlit::host {
+
+namespace {
+
+constexpr std::array<Origin, 4> textOrigins{{
+    {.name = "experiment_title", .field = "SampleName", .rule = &changes::textCut},
+    {.name = "operator_name", .field = "OperatorName", .rule = &changes::textCut},
+    {.name = "sample_name", .field = "SampleName", .rule = &changes::textCut},
+    {.name = "detector_unit", .field = "DetectorUnit", .rule = &changes::textCut},
+}};
+
+constexpr std::array<Origin, 4> scalarOrigins{{
+    {.name = "detector_maximum_value", .field = "MaxValue", .rule = &changes::factorInValues},
+    {.name = "detector_minimum_value", .field = "MinValue", .rule = &changes::factorInValues},
+    {.name = "actual_run_time_length", .field = "PointCount", .rule = &changes::runTimeOfSamples},
+    {.name = "actual_sampling_interval",
+     .field = "SampleIntervalMs",
+     .rule = &changes::intervalInMinutes},
+}};
+
+constexpr std::array<const char*, 2> positionFields{"AutosamplerRack", "AutosamplerVial"};
+
+/// What comes from fields that the source has; answers whether anything does.
+bool putFrom(AndiMaking& making, std::span<const Origin> origins, const ValueKey& to,
+             const Value& target) {
+    bool isPut = false;
+    for (const Origin& origin : origins) {
+        const Entry* source = origin.name == to.name ? making.find(origin.field) : nullptr;
+        if (source != nullptr) {
+            making.values.put(source, to, target, *origin.rule);
+            isPut = true;
+        }
+    }
+    return isPut;
+}
+
+/// Where the attributes come from. A date without a stamp is one that no calendar has.
+std::vector<Origin> attributeOrigins(const OwnTexts& own, bool hasStamp) {
+    std::vector<Origin> origins{own.origins};
+    origins.insert(origins.end(), textOrigins.begin(), textOrigins.end());
+    for (const char* field : own.dateFields) {
+        origins.push_back({.name = "injection_date_time_stamp",
+                           .field = field,
+                           .rule = hasStamp ? &changes::dateAsStamp : &changes::dateUnreadable});
+        origins.push_back(
+            {.name = "HP_injection_time", .field = field, .rule = &changes::dateAsStamp});
+    }
+    return origins;
+}
+
+void expectAttributes(AndiMaking& making, const OwnTexts& own) {
+    // Stays empty where the date service has no such date.
+    std::array<char, stampTextSize> stamp{};
+    FormatAndiStamp(&own.date, stamp.data());
+    const InjectionTimeText time = InjectionTime(own.date);
+    const RunTexts texts{.injectionStamp = stamp.data(),
+                         .injectionTime = time.data(),
+                         .sampleName = own.sampleName.c_str(),
+                         .operatorName = own.operatorName.c_str(),
+                         .separationType = own.separationType.c_str(),
+                         .sourceFile = own.sourceFile.c_str(),
+                         .detectorUnit = own.detectorUnit.c_str()};
+    const std::vector<Origin> origins = attributeOrigins(own, stamp.front() != '\0');
+    for (const auto& [name, text] : templateTexts(texts, making.number(own.peakCountField) != 0)) {
+        const ValueKey key{.part = parts::texts, .name = name};
+        if (!putFrom(making, origins, key, text)) {
+            making.values.set(key, text,
+                              text == texts.sourceFile ? changes::sourceNamed
+                                                       : changes::setByTemplate);
+        }
+    }
+}
+
+void expectScalars(AndiMaking& making) {
+    const SignalFigures figures{
+        .maximum = static_cast<float>(making.number("MaxValue")),
+        .minimum = static_cast<float>(making.number("MinValue")),
+        .scaleFactor = making.number("ScaleFactor"),
+        .pointCount = static_cast<std::int32_t>(making.number("PointCount")),
+        .sampleIntervalMs = static_cast<std::int16_t>(making.number("SampleIntervalMs"))};
+    for (const auto& [name, number] : templateScalars(figures)) {
+        const ValueKey key{.part = parts::signal, .name = name};
+        if (!putFrom(making, scalarOrigins, key, double{number})) {
+            making.values.set(key, double{number}, changes::setByTemplate);
+        }
+    }
+}
+
+void expectDimensions(AndiMaking& making, const char* peakCountField) {
+    const auto key = [](const char* name) {
+        return ValueKey{.part = parts::dimensions, .name = name};
+    };
+    for (const auto& [name, length] : stringDimensions) {
+        making.values.set(key(name), double{static_cast<double>(length)}, changes::setByTemplate);
+    }
+    making.values.put(making.find("PointCount"), key("point_number"), making.number("PointCount"),
+                      changes::setByTemplate);
+    const Entry& peakCount = *making.find(peakCountField);
+    if (making.number(peakCountField) != 0) {
+        making.values.put(&peakCount, key("peak_number"), peakCount.value, changes::setByTemplate);
+    } else {
+        making.values.leave(peakCount, changes::saidTwice, "a file without peaks has no count");
+    }
+    making.values.set(key("error_number"), 1.0, changes::setByTemplate);
+}
+
+void expectSignal(AndiMaking& making) {
+    Expectations& expected = making.values.expected;
+    expected.signal = making.source.signal;
+    expected.signalFactor = making.source.signalFactor;
+    const std::string factor = wordsOf(expected.signalFactor);
+    if (expected.signalFactor != 1) {
+        expected.signalRule = &changes::factorInValues;
+        expected.signalWords = "samples are multiplied by " + factor;
+    }
+    making.values.leave(*making.find("ScaleFactor"), changes::factorInValues,
+                        "the factor " + factor + " is in the samples");
+    const std::string signal = "ordinate_values";
+    if (expected.signal.empty()) {
+        // A dimension of no length is that of the records.
+        making.values.set({.part = parts::records, .name = signal}, "", changes::setByTemplate);
+    }
+    making.values.set({.part = parts::texts, .name = signal + ":uniform_sampling_flag"}, "Y",
+                      changes::setByTemplate);
+    const auto number = [&](const char* name) {
+        return static_cast<std::int16_t>(making.number(name));
+    };
+    const PositionText position =
+        positionText({.rack = number(positionFields[0]), .vial = number(positionFields[1])});
+    for (const char* field : positionFields) {
+        making.values.put(making.find(field),
+                          {.part = parts::texts, .name = signal + ":autosampler_position"},
+                          position.data(), changes::positionJoined);
+    }
+}
+
+} // namespace
+
+AndiMaking::AndiMaking(const Reading& sourceReading) : source{sourceReading} {
+    for (const Entry& entry : source.entries) {
+        entries.emplace(std::tuple{entry.key.name, entry.key.peak, entry.key.part}, &entry);
+    }
+    values.expected.kind = FileKind::Andi;
+}
+
+const Entry* AndiMaking::find(std::string_view name, std::size_t peak,
+                              std::string_view part) const {
+    const auto found = entries.lower_bound({name, peak, part});
+    const bool isThere = found != entries.end() && found->second->key.name == name &&
+                         found->second->key.peak == peak &&
+                         (part.empty() || found->second->key.part == part);
+    return isThere ? found->second : nullptr;
+}
+
+double AndiMaking::number(std::string_view name, std::size_t peak) const {
+    const Entry* entry = find(name, peak);
+    const auto* number = entry == nullptr ? nullptr : std::get_if<double>(&entry->value);
+    return number == nullptr ? 0.0 : *number;
+}
+
+std::string AndiMaking::text(std::string_view name) const {
+    const Entry* entry = find(name);
+    const auto* text = entry == nullptr ? nullptr : std::get_if<std::string>(&entry->value);
+    return text == nullptr ? "" : *text;
+}
+
+void AndiMaking::leaveRest() {
+    for (const Entry& entry : source.entries) {
+        if (!values.isTaken(entry)) {
+            values.leave(entry, changes::noPlaceInAndi,
+                         "an ANDI file has no place for " + nameOf(entry.key) + ", which is " +
+                             wordsOf(entry.value));
+        }
+    }
+}
+
+void expectTemplate(AndiMaking& making, const OwnTexts& texts) {
+    expectAttributes(making, texts);
+    expectScalars(making);
+    expectSignal(making);
+    expectDimensions(making, texts.peakCountField);
+}
+
+} // namespace korlit::host
