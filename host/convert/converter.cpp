@@ -128,9 +128,7 @@ void Converter::convert(const Job& job, std::size_t number, const Decision& deci
     }
     outcome.points = result.points;
     outcome.peaks = result.peaks;
-    if (formatOf(plan.kind).isAndi) {
-        outcome.losses = lossesOf(expectedOfPair(readAndi(plan.source)));
-    }
+    outcome.losses = lossesOf(plan.source, plan.kind);
     Delivery delivery{.moves = {},
                       .isReplacing = decision.isReplacing,
                       .isSynced = options.isSynced,

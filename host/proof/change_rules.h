@@ -35,7 +35,7 @@ inline constexpr ChangeRule impliedByPair{"implied-by-pair", "what is so in ever
 inline constexpr ChangeRule setByPair{"set-by-pair", "the pair's own bookkeeping", false};
 
 // From a pair or a run to ANDI.
-inline constexpr ChangeRule areaBySixty{"area-by-sixty", "areas are divided by 60 on the way to ANDI", false};
+inline constexpr ChangeRule areaBySixty{"area-by-sixty", "areas are divided by 60 on the way to ANDI", true};
 inline constexpr ChangeRule factorInValues{"factor-in-values", "samples and limits are multiplied by the scale factor", false};
 inline constexpr ChangeRule intervalInMinutes{"interval-in-minutes", "an interval is written in minutes, in single precision", false};
 inline constexpr ChangeRule runTimeOfSamples{"run-time-of-samples", "the time of the run is that of its samples, in seconds", false};

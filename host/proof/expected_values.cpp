@@ -1,15 +1,21 @@
 #include "host/proof/expected_values.h"
 
 #include "host/text/numbers.h"
+#include "host/text/utf8.h"
 
 namespace korlit::host {
 
 std::string wordsOf(const Value& value) {
-    const auto* number = std::get_if<double>(&value);
+    constexpr std::size_t longest = 60;
+    if (const auto* number = std::get_if<double>(&value)) {
+        return numberText(*number);
+    }
     const auto* text = std::get_if<std::string>(&value);
-    return number != nullptr ? numberText(*number)
-           : text != nullptr ? '"' + *text + '"'
-                             : "nothing";
+    if (text == nullptr) {
+        return "nothing";
+    }
+    return text->size() <= longest ? '"' + *text + '"'
+                                   : '"' + std::string{startOfText(*text, longest)} + "\"...";
 }
 
 std::string nameOf(const ValueKey& key) {

@@ -9,7 +9,7 @@
 
 namespace korlit::host {
 
-/// A value in words.
+/// A value in words, of a long text the start.
 std::string wordsOf(const Value& value);
 
 /// "peak_area of peak 2".

@@ -18,6 +18,26 @@ bool isLoss(const ChangeRule* rule) {
     return rule != nullptr && rule->isLoss;
 }
 
+/// What all channels lose stands once, with the first.
+std::vector<Loss> lossesOfAll(const std::vector<std::vector<Loss>>& channels) {
+    std::vector<Loss> losses;
+    for (std::size_t channel = 0; channel < channels.size(); ++channel) {
+        for (const Loss& loss : channels[channel]) {
+            const bool isOfAll = std::ranges::all_of(channels, [&](const auto& each) {
+                return std::ranges::find(each, loss) != each.end();
+            });
+            if (!isOfAll) {
+                losses.push_back(
+                    {.rule = loss.rule,
+                     .words = "channel " + std::to_string(channel + 1) + ": " + loss.words});
+            } else if (channel == 0) {
+                losses.push_back(loss);
+            }
+        }
+    }
+    return losses;
+}
+
 /// The column whose peaks share a line.
 std::string columnOf(const Expectation& expectation) {
     const auto& key = expectation.from ? expectation.from : expectation.to;
@@ -58,6 +78,20 @@ std::vector<Loss> lossesOf(const Expectations& expected) {
         losses.push_back({.rule = group.rule->id, .words = group.words + more});
     }
     return losses;
+}
+
+std::vector<Loss> lossesOf(const std::string& source, FileKind kind) {
+    if (formatOf(kind).isAndi) {
+        return lossesOf(expectedOfPair(readAndi(source)));
+    }
+    if (!formatOf(kind).hasChannels) {
+        return lossesOf(expectedOfAndi(readPair(source), source));
+    }
+    std::vector<std::vector<Loss>> channels;
+    for (const Reading& channel : readRun(source)) {
+        channels.push_back(lossesOf(expectedOfChannel(channel, source)));
+    }
+    return lossesOfAll(channels);
 }
 
 } // namespace korlit::host
