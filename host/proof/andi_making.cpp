@@ -103,11 +103,11 @@ void expectDimensions(AndiMaking& making, const char* peakCountField) {
     }
     making.values.put(making.find("PointCount"), key("point_number"), making.number("PointCount"),
                       changes::setByTemplate);
-    const Entry& peakCount = *making.find(peakCountField);
-    if (making.number(peakCountField) != 0) {
-        making.values.put(&peakCount, key("peak_number"), peakCount.value, changes::setByTemplate);
+    if (const double peakCount = making.number(peakCountField); peakCount != 0) {
+        making.values.put(making.find(peakCountField), key("peak_number"), peakCount,
+                          changes::setByTemplate);
     } else {
-        making.values.leave(peakCount, changes::saidTwice, "a file without peaks has no count");
+        making.leave(peakCountField, 0, changes::saidTwice, "a file without peaks has no count");
     }
     making.values.set(key("error_number"), 1.0, changes::setByTemplate);
 }
@@ -121,8 +121,8 @@ void expectSignal(AndiMaking& making) {
         expected.signalRule = &changes::factorInValues;
         expected.signalWords = "samples are multiplied by " + factor;
     }
-    making.values.leave(*making.find("ScaleFactor"), changes::factorInValues,
-                        "the factor " + factor + " is in the samples");
+    making.leave("ScaleFactor", 0, changes::factorInValues,
+                 "the factor " + factor + " is in the samples");
     const std::string signal = "ordinate_values";
     if (expected.signal.empty()) {
         // A dimension of no length is that of the records.
@@ -146,7 +146,7 @@ void expectSignal(AndiMaking& making) {
 
 AndiMaking::AndiMaking(const Reading& sourceReading) : source{sourceReading} {
     for (const Entry& entry : source.entries) {
-        entries.emplace(std::tuple{entry.key.name, entry.key.peak, entry.key.part}, &entry);
+        entries.emplace(Place{entry.key.name, entry.key.peak, entry.key.part}, &entry);
     }
     values.expected.kind = FileKind::Andi;
 }
@@ -166,10 +166,17 @@ double AndiMaking::number(std::string_view name, std::size_t peak) const {
     return number == nullptr ? 0.0 : *number;
 }
 
-std::string AndiMaking::text(std::string_view name) const {
-    const Entry* entry = find(name);
+std::string AndiMaking::text(std::string_view name, std::size_t peak) const {
+    const Entry* entry = find(name, peak);
     const auto* text = entry == nullptr ? nullptr : std::get_if<std::string>(&entry->value);
     return text == nullptr ? "" : *text;
+}
+
+void AndiMaking::leave(std::string_view name, std::size_t peak, const ChangeRule& rule,
+                       const std::string& words) {
+    if (const Entry* entry = find(name, peak)) {
+        values.leave(*entry, rule, words);
+    }
 }
 
 void AndiMaking::leaveRest() {

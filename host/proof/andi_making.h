@@ -27,14 +27,18 @@ class AndiMaking {
     const Entry* find(std::string_view name, std::size_t peak = 0,
                       std::string_view part = {}) const;
     double number(std::string_view name, std::size_t peak = 0) const; ///< 0 for none
-    std::string text(std::string_view name) const;
+    std::string text(std::string_view name, std::size_t peak = 0) const;
 
+    /// Says of a value that it goes nowhere, if the source has it.
+    void leave(std::string_view name, std::size_t peak, const ChangeRule& rule,
+               const std::string& words);
     /// Each value that nothing was said of has no place.
     void leaveRest();
 
   private:
-    /// By name, peak and part.
-    std::map<std::tuple<std::string_view, std::size_t, std::string_view>, const Entry*> entries;
+    /// Name, peak and part.
+    using Place = std::tuple<std::string_view, std::size_t, std::string_view>;
+    std::map<Place, const Entry*> entries;
 };
 
 /// What comes from which field of the source, and why it isn't the same there.

@@ -77,12 +77,12 @@ void expectPeaks(AndiMaking& making) {
         }
     }
     for (std::size_t peak = 1; peak <= count; ++peak) {
-        const Entry& name = *making.find("PeakName", peak);
-        making.values.put(&name, {.part = parts::peaks, .name = taken::peakName, .peak = peak},
-                          name.value, changes::setByTemplate);
-        const Entry& number = *making.find("PeakNumber", peak);
-        if (areSame(number.value, static_cast<double>(peak))) {
-            making.values.leave(number, changes::saidTwice, "peaks are numbered by their order");
+        making.values.put(making.find("PeakName", peak),
+                          {.part = parts::peaks, .name = taken::peakName, .peak = peak},
+                          making.text("PeakName", peak), changes::setByTemplate);
+        if (making.number("PeakNumber", peak) == static_cast<double>(peak)) {
+            making.leave("PeakNumber", peak, changes::saidTwice,
+                         "peaks are numbered by their order");
         }
         for (const Twin& twin : peakTwins) {
             leaveTwin(making, twin, peak);
@@ -96,10 +96,8 @@ void leaveTheImplied(AndiMaking& making) {
         leaveTwin(making, twin, 0);
     }
     for (const char* name : layoutFields) {
-        const Entry& entry = *making.find(name);
-        making.values.leave(entry, changes::layoutLeftOut,
-                            entry.key.name +
-                                " is left out: it says how the pair lies in its files");
+        making.leave(name, 0, changes::layoutLeftOut,
+                     std::string{name} + " is left out: it says how the pair lies in its files");
     }
 }
 

@@ -1,0 +1,158 @@
+// What is expected of pairs and runs in ANDI files, against what the built library makes of them.
+#include "host/proof/expectation.h"
+#include "tests/support/cases.h"
+#include "tests/support/host_call.h"
+#include "tests/support/temp_folder.h"
+
+#include <algorithm>
+#include <cctype>
+#include <fstream>
+#include <map>
+
+namespace korlit::host {
+namespace {
+
+using namespace korlit::test;
+
+/// What an output holds that isn't expected, or lacks.
+std::vector<std::string> unexpectedIn(const Expectations& expected, const Reading& output) {
+    std::map<ValueKey, Value> found;
+    for (const Entry& entry : output.entries) {
+        found.emplace(entry.key, entry.value);
+    }
+    std::vector<std::string> names;
+    std::map<ValueKey, Value> wanted;
+    for (const Expectation& each : expected.values) {
+        if (each.to) {
+            wanted.emplace(*each.to, each.target);
+            if (!found.contains(*each.to) || !areSame(found[*each.to], each.target)) {
+                names.push_back(each.to->name);
+            }
+        }
+    }
+    for (const auto& [key, value] : found) {
+        if (!wanted.contains(key)) {
+            names.push_back("no " + key.name);
+        }
+    }
+    bool isSameSignal = expected.signal.size() == output.signal.size();
+    for (std::size_t i = 0; isSameSignal && i < output.signal.size(); ++i) {
+        isSameSignal =
+            areSame(double{static_cast<float>(expected.signal[i] * expected.signalFactor)},
+                    output.signal[i]);
+    }
+    if (!isSameSignal) {
+        names.emplace_back("samples");
+    }
+    return names;
+}
+
+/// Whether something is said of each value, and words of each that a rule changes.
+void expectAllIsSaid(const Expectations& expected, const Reading& source) {
+    for (const Entry& entry : source.entries) {
+        EXPECT_TRUE(std::ranges::any_of(expected.values, [&](const Expectation& each) {
+            return each.from == entry.key && areSame(each.source, entry.value);
+        })) << entry.key.name;
+    }
+    for (const Expectation& each : expected.values) {
+        const bool isKept = each.to && areSame(each.source, each.target);
+        EXPECT_EQ(each.rule == nullptr, isKept && each.from);
+        EXPECT_EQ(each.rule == nullptr, each.words.empty());
+    }
+}
+
+class Expected : public testing::Test {
+  protected:
+    Expected() { setenv("TZ", "CET-1CEST,M3.5.0,M10.5.0/3", 1); }
+
+    std::string pairOf(const Case& each) const {
+        for (const std::string extension : {"sli", "rpt"}) {
+            const std::string image = readImage(LISTINGS "two_peaks." + extension + ".txt");
+            folder.write("run." + extension, pairFileOf(each, extension, image));
+        }
+        return folder.path("run.sli");
+    }
+
+    TempFolder folder;
+};
+
+TEST_F(Expected, OfPairsIsWhatTheLibraryMakesOfThem) {
+    int count = 0;
+    for (const Case& each : readCases(LISTINGS "pairs.txt")) {
+        SCOPED_TRACE(each.get("==", ""));
+        const std::string slice = pairOf(each);
+        if (!each.words.contains("without") && !each.words.contains("fault") &&
+            callAsHost(Merivolta2Andi, slice).result == 1) {
+            ++count;
+            const Reading pair = readPair(slice);
+            const Expectations expected = expectedOfAndi(pair, slice);
+            expectAllIsSaid(expected, pair);
+            EXPECT_EQ(unexpectedIn(expected, readAndi(folder.path("run.cdf"))),
+                      std::vector<std::string>{});
+        }
+    }
+    EXPECT_GT(count, 13);
+}
+
+TEST_F(Expected, OfRunsIsWhatTheLibraryMakesOfThem) {
+    int count = 0;
+    for (const Case& each : readCases(LISTINGS "runs.txt")) {
+        SCOPED_TRACE(each.get("==", ""));
+        const std::string file = folder.write("run.dat", runFileOf(each));
+        if (each.words.contains("folder") || each.words.contains("fault") ||
+            callAsHost(Dunvale2Andi, file, "").result != 1) {
+            continue;
+        }
+        for (const Reading& channel : readRun(file)) {
+            ++count;
+            const Expectations expected = expectedOfChannel(channel, file);
+            expectAllIsSaid(expected, channel);
+            const std::string output = "run" + std::to_string(channel.channel) + ".cdf";
+            EXPECT_EQ(unexpectedIn(expected, readAndi(folder.path(output))),
+                      std::vector<std::string>{});
+        }
+    }
+    EXPECT_GE(count, 30);
+}
+
+/// Changes the last bit of each letter of an ANDI file, and of each byte of its data, in turn;
+/// answers how many nobody misses.
+int unmissedBits(const Expectations& expected, const std::string& file, std::size_t dataSize) {
+    const std::string bytes = readFile(file);
+    int count = 0;
+    for (std::size_t place = 0; place < bytes.size(); ++place) {
+        if (std::isalpha(bytes[place]) == 0 && place < bytes.size() - dataSize) {
+            continue;
+        }
+        std::string changed = bytes;
+        changed[place] = static_cast<char>(changed[place] ^ 1);
+        std::ofstream{file, std::ios::binary} << changed;
+        try {
+            count += unexpectedIn(expected, readAndi(file)).empty() ? 1 : 0;
+        } catch (const std::runtime_error&) {
+            continue;
+        }
+    }
+    return count;
+}
+
+TEST_F(Expected, IsEachBitOfAnOutputButTheFillOfItsRows) {
+    const std::string slice = pairOf({});
+    ASSERT_EQ(callAsHost(Merivolta2Andi, slice).result, 1);
+    constexpr std::size_t pairData = 5 * 4 + 3 * 4 + 2 * (10 * 4 + 32);
+    constexpr int pairFill = 2 * 31 - 8 - 14;
+    EXPECT_EQ(
+        unmissedBits(expectedOfAndi(readPair(slice), slice), folder.path("run.cdf"), pairData),
+        pairFill);
+
+    const std::string file = folder.write("run.dat", RunText{}.bytes());
+    ASSERT_EQ(callAsHost(Dunvale2Andi, file, "").result, 1);
+    constexpr std::size_t runData = 5 * 4 + 6 * 4 + 2 * (11 * 4 + 32 + 2 * 4);
+    constexpr int runFill = 2 * 31 - 8 + 2 * 2 * 2;
+    EXPECT_EQ(unmissedBits(expectedOfChannel(readRun(file).front(), file), folder.path("run1.cdf"),
+                           runData),
+              runFill);
+}
+
+} // namespace
+} // namespace korlit::host
