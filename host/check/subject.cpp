@@ -40,18 +40,19 @@ std::vector<DetectorLimit> detectorLimits(const Subject& subject) {
     if (!subject.extremes) {
         return limits;
     }
-    const auto& [smallest, largest] = *subject.extremes;
+    const SampleRange& range = *subject.extremes;
     const auto add = [&](const char* name, double extreme, double outwards) {
         const double limit = numberOf(subject.image, name);
         const double excess = (extreme - limit) * outwards;
-        const bool isAgreed = std::abs(excess) <= limitRounding(smallest, largest, extreme);
+        const bool isAgreed =
+            std::abs(excess) <= limitRounding(range.smallest, range.largest, extreme);
         limits.push_back({.name = name,
                           .limit = limit,
                           .extreme = extreme,
                           .excess = isAgreed || std::isnan(excess) ? 0.0 : excess});
     };
-    add("detector_maximum_value", largest, 1.0);
-    add("detector_minimum_value", smallest, -1.0);
+    add("detector_maximum_value", range.largest, 1.0);
+    add("detector_minimum_value", range.smallest, -1.0);
     return limits;
 }
 
