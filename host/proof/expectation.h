@@ -35,7 +35,7 @@ struct Expectation {
 struct Expectations {
     FileKind kind = FileKind::Unknown; ///< of the output
     std::vector<Expectation> values;
-    NumberView signal;       ///< the source's samples that are kept
+    NumberView signal;       ///< the source's samples that are kept, in its reading's memory
     double signalFactor = 1; ///< by which each is multiplied, in double precision, rounded once
     const ChangeRule* signalRule = nullptr;
     std::string signalWords{};

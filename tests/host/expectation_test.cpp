@@ -1,5 +1,6 @@
 // What is expected of pairs and runs in ANDI files, against what the built library makes of them.
 #include "host/proof/expectation.h"
+#include "host/proof/stamp_zone.h"
 #include "tests/support/cases.h"
 #include "tests/support/host_call.h"
 #include "tests/support/temp_folder.h"
@@ -95,16 +96,26 @@ TEST_F(Expected, OfPairsIsWhatTheLibraryMakesOfThem) {
 }
 
 TEST_F(Expected, OfRunsIsWhatTheLibraryMakesOfThem) {
-    int count = 0;
+    const RunText odd{.signal =
+                          "r52 4 30000s 0.1d 'mAU':20 r16 x7F800000 xFF800000 x7FC00001 xFFC00002 "
+                          "x00000001 x80000000",
+                      .results = "0s 2s 0s x7FC00001 0f xFF800000 x7F7FFFFF x80000000 x00000001 "
+                                 "1.5f x7F800000 1f 0.1f xFFC00003 2.5f",
+                      .events = ""};
+    std::vector<std::string> runs{odd.bytes(), readFile(SAMPLES "dad_run.run")};
     for (const Case& each : readCases(LISTINGS "runs.txt")) {
-        SCOPED_TRACE(each.get("==", ""));
-        const std::string file = folder.write("run.dat", runFileOf(each));
-        if (each.words.contains("folder") || each.words.contains("fault") ||
-            callAsHost(Dunvale2Andi, file, "").result != 1) {
+        if (!each.words.contains("folder") && !each.words.contains("fault")) {
+            runs.push_back(runFileOf(each));
+        }
+    }
+    int count = 0;
+    for (const std::string& run : runs) {
+        const std::string file = folder.write("run.dat", run);
+        if (callAsHost(Dunvale2Andi, file, "").result != 1) {
             continue;
         }
         for (const Reading& channel : readRun(file)) {
-            ++count;
+            SCOPED_TRACE(++count);
             const Expectations expected = expectedOfChannel(channel, file);
             expectAllIsSaid(expected, channel);
             const std::string output = "run" + std::to_string(channel.channel) + ".cdf";
@@ -112,7 +123,27 @@ TEST_F(Expected, OfRunsIsWhatTheLibraryMakesOfThem) {
                       std::vector<std::string>{});
         }
     }
-    EXPECT_GE(count, 30);
+    EXPECT_GE(count, 34);
+}
+
+TEST_F(Expected, OfWholeMeasurementsIsWhatTheLibraryMakesOfThem) {
+    for (const std::string name :
+         {SAMPLES "gc_run.sli", SAMPLES "hplc_run.cdf", FOREIGN_ANDI_FILE}) {
+        SCOPED_TRACE(name);
+        const std::string slice = folder.path("run.sli");
+        if (name.ends_with(".cdf")) {
+            std::filesystem::copy_file(name, folder.path("run.cdf"),
+                                       std::filesystem::copy_options::overwrite_existing);
+            ASSERT_EQ(callAsHost(Andi2Merivolta, folder.path("run.cdf")).result, 1);
+        } else {
+            std::filesystem::copy_file(name, slice);
+            std::filesystem::copy_file(SAMPLES "gc_run.rpt", folder.path("run.rpt"));
+        }
+        ASSERT_EQ(callAsHost(Merivolta2Andi, slice).result, 1);
+        EXPECT_EQ(
+            unexpectedIn(expectedOfAndi(readPair(slice), slice), readAndi(folder.path("run.cdf"))),
+            std::vector<std::string>{});
+    }
 }
 
 /// Changes the last bit of each letter of an ANDI file, and of each byte of its data, in turn;
@@ -152,6 +183,28 @@ TEST_F(Expected, IsEachBitOfAnOutputButTheFillOfItsRows) {
     EXPECT_EQ(unmissedBits(expectedOfChannel(readRun(file).front(), file), folder.path("run1.cdf"),
                            runData),
               runFill);
+}
+
+TEST_F(Expected, OfAStampCanHaveTheZoneOfAnotherMachine) {
+    const std::string slice = pairOf({});
+    ASSERT_EQ(callAsHost(Merivolta2Andi, slice).result, 1);
+    const Reading pair = readPair(slice);
+    Reading output = readAndi(folder.path("run.cdf"));
+    const auto stamp = std::ranges::find(output.entries, "injection_date_time_stamp",
+                                         [](const Entry& entry) { return entry.key.name; });
+    const std::pair<const char*, bool> cases[]{
+        {"20051012083400+0200", true},  {"20051012083400-1200", true},
+        {"20051012083400+1400", true},  {"20051012083400+0545", true},
+        {"20051012083400+0201", false}, {"20051012083400-1215", false},
+        {"20051012083400+1415", false}, {"20051012083400+0160", false},
+        {"20051012083400 0200", false}, {"20051012083401+0200", false},
+        {"20051012083400+02", false},   {"20051012083400+0a00", false}};
+    for (const auto& [text, isExpected] : cases) {
+        stamp->value = text;
+        Expectations expected = expectedOfAndi(pair, slice);
+        takeZone(expected, output);
+        EXPECT_EQ(unexpectedIn(expected, output).empty(), isExpected) << text;
+    }
 }
 
 } // namespace
