@@ -77,10 +77,8 @@ void writeVariableEntry(int handle, const AndiVariable& variable) {
     writeInteger(handle, variable.VSize);
 }
 
-/// `offsetOf(variable)` answers what stands for the offset of a variable's data when the place for
-/// it is reached.
-template <typename OffsetOf>
-void writeHeader(int handle, const AndiFile& file, OffsetOf offsetOf) {
+/// The place of each entry's offset, which is 0 so far, is noted in Begin.
+void writeHeader(int handle, AndiFile& file) {
     constexpr std::array<char, 4> signature{'C', 'D', 'F', 1};
     WriteChecked(handle, signature.data(), signature.size());
     writeInteger(handle, file.RecordCount);
@@ -89,7 +87,8 @@ void writeHeader(int handle, const AndiFile& file, OffsetOf offsetOf) {
     writeListHead(handle, ListTag::Variables, file.VariableCount);
     for (std::int32_t i = 0; i < file.VariableCount; ++i) {
         writeVariableEntry(handle, file.Variables[i]);
-        writeInteger(handle, offsetOf(file.Variables[i]));
+        file.Variables[i].Begin = currentPlace(handle);
+        writeInteger(handle, 0);
     }
 }
 
@@ -112,27 +111,16 @@ void writeData(int handle, AndiVariable& variable, std::int32_t recordCount) {
                 });
 }
 
-void writeAll(int handle, AndiFile& file) {
-    writeHeader(handle, file, [&](AndiVariable& variable) {
-        variable.Begin = currentPlace(handle);
-        return 0;
-    });
-    for (std::int32_t i = 0; i < file.VariableCount; ++i) {
-        writeData(handle, file.Variables[i], file.RecordCount);
-    }
-}
+} // namespace
 
-void writeHeaderAlone(int handle, AndiFile& file) {
-    writeHeader(handle, file, [](const AndiVariable& variable) { return variable.Begin; });
-}
-
-/// The common course of the writers.
-int writeFile(const char* path, AndiFile* file, std::span<char> message,
-              void (*write)(int handle, AndiFile& file)) {
+int WriteAndiFile(const char* path, AndiFile* file, std::span<char> message) {
     beginWriting();
     // A file that could not be created shows in the first write.
     const int handle = _lcreat(path);
-    write(handle, *file);
+    writeHeader(handle, *file);
+    for (std::int32_t i = 0; i < file->VariableCount; ++i) {
+        writeData(handle, file->Variables[i], file->RecordCount);
+    }
     CloseWritten(handle);
     if (hasWriteFailed()) {
         formatText(message, writeFailedText, path);
@@ -140,16 +128,6 @@ int writeFile(const char* path, AndiFile* file, std::span<char> message,
         return 0;
     }
     return 1;
-}
-
-} // namespace
-
-int WriteAndiFile(const char* path, AndiFile* file, std::span<char> message) {
-    return writeFile(path, file, message, writeAll);
-}
-
-int WriteAndiHeader(const char* path, AndiFile* file, std::span<char> message) {
-    return writeFile(path, file, message, writeHeaderAlone);
 }
 
 } // namespace korlit

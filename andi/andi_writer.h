@@ -14,7 +14,4 @@ namespace korlit {
 /// result of 1 `file` can therefore neither be looked up nor written again, only released.
 int WriteAndiFile(const char* path, AndiFile* file, std::span<char> message);
 
-/// The same with the header alone, for data that lie where each variable's Begin says.
-int WriteAndiHeader(const char* path, AndiFile* file, std::span<char> message);
-
 } // namespace korlit

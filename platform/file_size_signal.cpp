@@ -1,5 +1,6 @@
 #include "platform/file_size_signal.h"
 
+#include <cerrno>
 #include <ctime>
 
 namespace korlit {
@@ -21,6 +22,8 @@ FileSizeSignalHeld::FileSizeSignalHeld() {
 }
 
 FileSizeSignalHeld::~FileSizeSignalHeld() {
+    // The host may ask what the last call of the system said.
+    const int error = errno;
     // One that came meanwhile would be delivered now. A host that holds it itself keeps it.
     if (sigismember(&before, SIGXFSZ) == 0) {
         const sigset_t signals = fileSizeSignal();
@@ -29,6 +32,7 @@ FileSizeSignalHeld::~FileSizeSignalHeld() {
         }
         pthread_sigmask(SIG_SETMASK, &before, nullptr);
     }
+    errno = error;
 }
 
 } // namespace korlit

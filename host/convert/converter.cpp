@@ -6,11 +6,13 @@
 #include "host/files/staging.h"
 #include "host/system/moves.h"
 #include "host/system/temporary_folder.h"
+#include "host/text/utf8.h"
 #include "native/ostrelix.h"
 #include "platform/library.h"
 
 #include <chrono>
 #include <exception>
+#include <iostream>
 #include <stdexcept>
 
 namespace korlit::host {
@@ -53,15 +55,20 @@ void lookAtRun(const Plan& plan, bool isCutAllowed, Outcome& outcome) {
     }
 }
 
-/// A run that grew or lost channels meanwhile has other files than were planned.
-void requireAllStaged(const Plan& plan, const fs::path& stage) {
-    std::size_t count = 0;
-    for (const auto& entry : fs::directory_iterator{stage}) {
-        count += entry.path().extension() == ".cdf" && !entry.is_symlink() ? 1 : 0;
-    }
-    if (plan.targets.size() != count) {
+/// A run that has gained channels meanwhile has a file of the next number.
+void requireNoMoreStaged(const Plan& plan, const fs::path& stage) {
+    std::string next = plan.targets.back().stagedName;
+    ++next[next.size() - std::string_view{"1.cdf"}.size()];
+    if (fs::exists(stage / next)) {
         throw std::runtime_error{channelsChangedText};
     }
+}
+
+/// What becomes of a file without a target: the library has words for it.
+std::string refusalOf(const Plan& plan) {
+    const TemporaryFolder stage;
+    const StagedResult result = convertStaged(plan, stage.path());
+    return withDiagnosis(result.message, plan, result.reason);
 }
 
 } // namespace
@@ -106,65 +113,84 @@ void Converter::decideAndConvert(const Job& job, std::size_t number, Outcome& ou
 void Converter::convert(const Job& job, std::size_t number, const Decision& decision,
                         Outcome& outcome) {
     const Plan& plan = job.plan;
+    const Format& format = formatOf(plan.kind);
     holdSibling();
     if (plan.targets.empty()) {
-        const TemporaryFolder stage{fs::temp_directory_path()};
-        outcome.message =
-            withDiagnosis(convertStaged(plan, stage.path()).message, plan, stage.path());
+        outcome.message = refusalOf(plan);
         return;
     }
-    if (formatOf(plan.kind).hasChannels) {
+    if (format.hasChannels) {
         lookAtRun(plan, options.isCutAllowed, outcome);
     }
-    const fs::path& stage = workFolderIn(folderOf(plan));
-    const StagedResult result = convertStaged(plan, stage);
+    prepareWorkFolderIn(folderOf(plan));
+    const StagedResult result = convertStaged(plan, work->path());
     outcome.message = result.message;
     if (!result.isConverted) {
-        outcome.message = withDiagnosis(result.message, plan, stage);
+        outcome.message = withDiagnosis(result.message, plan, result.reason);
         return;
     }
-    if (formatOf(plan.kind).hasChannels) {
-        requireAllStaged(plan, stage);
+    if (format.hasChannels) {
+        requireNoMoreStaged(plan, work->path());
     }
     outcome.points = result.points;
     outcome.peaks = result.peaks;
-    outcome.losses = lossesOf(plan.source, plan.kind);
-    Delivery delivery{.moves = {},
-                      .isReplacing = decision.isReplacing,
-                      .isSynced = options.isSynced,
-                      .record = {}};
-    for (const StagedFile& target : decision.targets) {
-        takePermissions(stage / target.stagedName, plan.source);
-        delivery.moves.push_back({.stagedName = target.stagedName, .path = target.path});
-    }
-    if (formatOf(plan.kind).isAndi) {
+    if (format.isAndi) {
         outcome.message += " and " + plan.targets.back().path.string();
     }
+    outcome.losses = lossesOf(plan.source, plan.kind);
     Outcome whole = outcome;
     whole.status = JobStatus::Converted;
-    delivery.record = options.batch + packOutcome(number, whole);
-    deliver(delivery, stage);
+    put(decision, plan, packOutcome(number, whole));
     outcome = whole;
 }
 
-const fs::path& Converter::workFolderIn(const fs::path& folder) {
-    if (work && workParent == folder) {
-        // Until now the journal could have told of the last job.
-        work->clear(journalName);
-        return work->path();
+/// Brings what was converted to its place.
+void Converter::put(const Decision& decision, const Plan& plan, const std::string& record) {
+    Delivery delivery{.moves = {},
+                      .isReplacing = decision.isReplacing,
+                      .isSynced = options.isSynced,
+                      .record = options.batch + record};
+    const auto permissions = permissionsLike(plan.source);
+    for (const StagedFile& target : decision.targets) {
+        setPermissions(work->path() / target.stagedName, permissions);
+        delivery.moves.push_back({.stagedName = target.stagedName, .path = target.path});
     }
-    fs::create_directories(folder);
-    work.emplace(folder);
-    workParent = folder;
-    return work->path();
+    try {
+        deliver(delivery, *work);
+    } catch (const OldFileKept&) {
+        work->leave();
+        work.reset();
+        throw;
+    }
+    isWorkEmpty = decision.targets.size() == plan.targets.size();
+}
+
+void Converter::prepareWorkFolderIn(const fs::path& folder) {
+    if (work && workParent == folder && work->isInPlace()) {
+        // Until now the journal could have told of the last job.
+        work->forget();
+        if (!isWorkEmpty) {
+            work->clear();
+        }
+    } else {
+        makeFolders(folder, options.isSynced);
+        work.emplace(folder);
+        workParent = folder;
+    }
+    isWorkEmpty = false;
 }
 
 void settleFolder(const fs::path& folder, const std::string& batch, SettledOutcomes& settled) {
-    settleAbandoned(folder.empty() ? "." : folder, [&](const fs::path& workFolder) {
-        const auto record = settleDelivery(workFolder);
-        if (record && record->starts_with(batch)) {
-            const std::string outcome = record->substr(batch.size());
-            settled.emplace(packedJob(outcome), unpackOutcome(outcome));
+    settleAbandoned(folder.empty() ? "." : folder, [&](WorkFolder& work) {
+        try {
+            const auto record = settleDelivery(work);
+            if (record && record->starts_with(batch)) {
+                const std::string outcome = record->substr(batch.size());
+                settled.emplace(packedJob(outcome), unpackOutcome(outcome));
+            }
+        } catch (const OldFileKept& kept) {
+            work.leave();
+            std::cerr << "korlit: " << printable(kept.what()) << '\n';
         }
     });
 }

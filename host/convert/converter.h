@@ -31,11 +31,13 @@ class Converter {
   private:
     void decideAndConvert(const Job& job, std::size_t number, Outcome& outcome);
     void convert(const Job& job, std::size_t number, const Decision& decision, Outcome& outcome);
-    const std::filesystem::path& workFolderIn(const std::filesystem::path& folder);
+    void put(const Decision& decision, const Plan& plan, const std::string& record);
+    void prepareWorkFolderIn(const std::filesystem::path& folder);
 
     ConverterOptions options;
     std::filesystem::path workParent;
     std::optional<WorkFolder> work; ///< kept for as long as jobs go to the same folder
+    bool isWorkEmpty = false;
 };
 
 /// What is known of jobs whose processes were killed, by their numbers.

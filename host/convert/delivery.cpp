@@ -8,8 +8,6 @@
 #include <algorithm>
 #include <cstdint>
 #include <exception>
-#include <fstream>
-#include <iterator>
 #include <utility>
 
 namespace korlit::host {
@@ -17,8 +15,6 @@ namespace korlit::host {
 namespace {
 
 namespace fs = std::filesystem;
-
-constexpr const char* undoName = "undo";
 
 /// What stood at a place when the journal was written: the file and when it was last changed, or
 /// nothing. Whatever else is found there later is somebody's, and stays.
@@ -55,40 +51,35 @@ bool isThere(const fs::path& file) {
     return fs::exists(fs::symlink_status(file, ignored));
 }
 
+[[noreturn]] void fail(const fs::path& target, const std::error_code& error) {
+    throw fs::filesystem_error{"Can't write", target, error};
+}
+
 Journal journalOf(const Delivery& delivery, const fs::path& workFolder) {
     Journal journal{.moves = {}, .isReplacing = delivery.isReplacing, .record = delivery.record};
     for (const Move& move : delivery.moves) {
         const auto identity = identityOf(workFolder / move.stagedName);
         if (!identity) {
-            throw fs::filesystem_error{"Can't write", move.path,
-                                       std::make_error_code(std::errc::no_such_file_or_directory)};
+            fail(move.path, std::make_error_code(std::errc::no_such_file_or_directory));
         }
         journal.moves.push_back(
-            {.move = move, .identity = *identity, .replaced = stateOf(move.path)});
+            {.move = move,
+             .identity = *identity,
+             .replaced = delivery.isReplacing ? stateOf(move.path) : std::nullopt});
     }
     return journal;
 }
 
-void writeJournal(const Journal& journal, const fs::path& workFolder, bool isSynced) {
+std::error_code write(const Journal& journal, WorkFolder& work, bool isSynced) {
     nlohmann::json moves = nlohmann::json::array();
     for (const auto& [move, identity, replaced] : journal.moves) {
         const auto& [old, time] = replaced.value_or(std::pair{FileIdentity{}, std::int64_t{0}});
         moves.push_back({move.stagedName, move.path.filename().string(), identity.device,
                          identity.inode, replaced.has_value(), old.device, old.inode, time});
     }
-    const auto bytes = nlohmann::json::to_cbor({journal.isReplacing, journal.record, moves});
-    const fs::path draft = workFolder / (std::string{journalName} + ".new");
-    std::ofstream out{draft, std::ios::binary};
-    out.write(reinterpret_cast<const char*>(bytes.data()), std::ssize(bytes));
-    out.close();
-    if (!out) {
-        throw fs::filesystem_error{"Can't write", draft,
-                                   std::make_error_code(std::errc::no_space_on_device)};
-    }
-    if (isSynced) {
-        syncToDisk(draft);
-    }
-    fs::rename(draft, workFolder / journalName);
+    std::string bytes;
+    nlohmann::json::to_cbor({journal.isReplacing, journal.record, moves}, bytes);
+    return work.write(bytes, isSynced);
 }
 
 FoundState replacedIn(const nlohmann::json& move) {
@@ -98,18 +89,17 @@ FoundState replacedIn(const nlohmann::json& move) {
 }
 
 /// The journal names files by their last part alone: whoever reads it may stand in another folder.
-std::optional<Journal> readJournal(const fs::path& workFolder, const char* name) {
-    std::ifstream in{workFolder / name, std::ios::binary};
-    if (!in) {
+std::optional<Journal> journalIn(const WorkFolder& work) {
+    const std::string bytes = work.note();
+    const nlohmann::json json = nlohmann::json::from_cbor(bytes, true, false);
+    if (json.is_discarded()) {
         return std::nullopt;
     }
-    const std::string bytes{std::istreambuf_iterator<char>{in}, {}};
-    const nlohmann::json json = nlohmann::json::from_cbor(bytes);
     Journal journal{.moves = {}, .isReplacing = json.at(0), .record = json.at(1)};
     for (const auto& move : json.at(2)) {
         const fs::path target{move.at(1).get<std::string>()};
         journal.moves.push_back({.move = {.stagedName = move.at(0),
-                                          .path = workFolder.parent_path() / target.filename()},
+                                          .path = work.path().parent_path() / target.filename()},
                                  .identity = {.device = move.at(2), .inode = move.at(3)},
                                  .replaced = replacedIn(move)});
     }
@@ -122,101 +112,128 @@ void keepOld(const fs::path& target, const fs::path& kept) {
         return;
     }
     if (fs::is_directory(fs::symlink_status(target))) {
-        throw fs::filesystem_error{"Can't write", target,
-                                   std::make_error_code(std::errc::is_a_directory)};
+        fail(target, std::make_error_code(std::errc::is_a_directory));
     }
     std::error_code error;
     fs::create_hard_link(target, kept, error);
     if (error) {
-        fs::rename(target, kept);
+        fs::rename(target, kept, error);
+    }
+    if (error) {
+        fail(target, error);
     }
 }
 
-/// Makes the moves that haven't been made.
+void moveOver(const JournalMove& each, const fs::path& staged, const fs::path& kept) {
+    const fs::path& target = each.move.path;
+    if (isThere(target) && stateOf(target) != each.replaced) {
+        fail(target, std::make_error_code(std::errc::file_exists));
+    }
+    if (!isThere(kept)) {
+        keepOld(target, kept);
+    }
+    fs::rename(staged, target);
+}
+
+void makeMove(const Journal& journal, std::size_t number, const fs::path& workFolder) {
+    const JournalMove& each = journal.moves[number];
+    const fs::path staged = workFolder / each.move.stagedName;
+    if (journal.isReplacing) {
+        moveOver(each, staged, keptFile(workFolder, number));
+    } else if (const auto error = moveToFreePlace(staged, each.move.path)) {
+        fail(each.move.path, error);
+    }
+}
+
 void makeMoves(const Journal& journal, const fs::path& workFolder) {
     for (std::size_t i = 0; i < journal.moves.size(); ++i) {
-        const Move& move = journal.moves[i].move;
-        const fs::path staged = workFolder / move.stagedName;
-        if (!isThere(staged)) {
-            continue;
+        makeMove(journal, i, workFolder);
+    }
+}
+
+/// Makes those that a process that is gone hasn't made.
+void makeMovesLeft(const Journal& journal, const fs::path& workFolder) {
+    for (std::size_t i = 0; i < journal.moves.size(); ++i) {
+        const auto& [move, identity, replaced] = journal.moves[i];
+        if (identityOf(workFolder / move.stagedName) == identity) {
+            makeMove(journal, i, workFolder);
         }
-        if (journal.isReplacing) {
-            if (isThere(move.path) && stateOf(move.path) != journal.moves[i].replaced) {
-                throw fs::filesystem_error{"Can't write", move.path,
-                                           std::make_error_code(std::errc::file_exists)};
-            }
-            if (!isThere(keptFile(workFolder, i))) {
-                keepOld(move.path, keptFile(workFolder, i));
-            }
-            fs::rename(staged, move.path);
-        } else if (const auto error = moveToFreePlace(staged, move.path)) {
-            throw fs::filesystem_error{"Can't write", move.path, error};
-        }
+    }
+}
+
+/// Gives an old file its place back. It is the only one of its content: where that fails it stays.
+void giveBack(const fs::path& kept, const fs::path& target) {
+    std::error_code error;
+    fs::rename(kept, target, error);
+    if (error) {
+        throw OldFileKept{"The old " + target.string() + " can't be put back (" + error.message() +
+                          "): it lies in " + kept.string()};
     }
 }
 
 /// Gives the old files their places back, and takes away what was moved to where there was none.
-/// The journal's other name says that this has begun, if it doesn't come to its end here.
-void undoMoves(const Journal& journal, const fs::path& workFolder) {
-    std::error_code ignored;
-    fs::rename(workFolder / journalName, workFolder / undoName, ignored);
+/// The journal is marked, so that whoever comes next goes on with it if it doesn't come to its end
+/// here.
+void undoMoves(const Journal& journal, WorkFolder& work) {
+    work.mark();
     for (std::size_t i = 0; i < journal.moves.size(); ++i) {
         const auto& [move, identity, replaced] = journal.moves[i];
+        const fs::path kept = keptFile(work.path(), i);
         const bool isOurs = identityOf(move.path) == identity;
-        if (isThere(keptFile(workFolder, i)) && (isOurs || !isThere(move.path))) {
-            fs::rename(keptFile(workFolder, i), move.path, ignored);
+        if (isThere(kept) && (isOurs || !isThere(move.path))) {
+            giveBack(kept, move.path);
         } else if (isOurs) {
+            std::error_code ignored;
             fs::remove(move.path, ignored);
         }
     }
-    fs::remove(workFolder / undoName, ignored);
 }
 
 void dropOldFiles(const Journal& journal, const fs::path& workFolder) {
     std::error_code ignored;
-    for (std::size_t i = 0; i < journal.moves.size(); ++i) {
+    for (std::size_t i = 0; journal.isReplacing && i < journal.moves.size(); ++i) {
         fs::remove(keptFile(workFolder, i), ignored);
     }
 }
 
 } // namespace
 
-void deliver(const Delivery& delivery, const fs::path& workFolder) {
+void deliver(const Delivery& delivery, WorkFolder& work) {
+    const Journal journal = journalOf(delivery, work.path());
     if (delivery.isSynced) {
         for (const Move& move : delivery.moves) {
-            syncToDisk(workFolder / move.stagedName);
+            syncToDisk(work.path() / move.stagedName);
         }
     }
-    const Journal journal = journalOf(delivery, workFolder);
-    writeJournal(journal, workFolder, delivery.isSynced);
+    if (const auto error = write(journal, work, delivery.isSynced)) {
+        fail(delivery.moves.front().path, error);
+    }
     try {
-        makeMoves(journal, workFolder);
-    } catch (const std::exception&) {
-        undoMoves(journal, workFolder);
+        makeMoves(journal, work.path());
+        if (delivery.isSynced) {
+            syncToDisk(work.path().parent_path());
+        }
+    } catch (const std::exception& error) {
+        undoMoves(journal, work);
         throw;
     }
-    if (delivery.isSynced) {
-        syncToDisk(workFolder.parent_path());
-    }
-    dropOldFiles(journal, workFolder);
+    dropOldFiles(journal, work.path());
 }
 
-std::optional<std::string> settleDelivery(const fs::path& workFolder) {
+std::optional<std::string> settleDelivery(WorkFolder& work) {
     try {
-        if (const auto undone = readJournal(workFolder, undoName)) {
-            undoMoves(*undone, workFolder);
-            return std::nullopt;
-        }
-        const std::optional<Journal> journal = readJournal(workFolder, journalName);
+        const std::optional<Journal> journal = journalIn(work);
         if (!journal) {
             return std::nullopt;
         }
-        try {
-            makeMoves(*journal, workFolder);
-            return journal->record;
-        } catch (const fs::filesystem_error&) {
-            undoMoves(*journal, workFolder);
+        if (!work.isMarked()) {
+            try {
+                makeMovesLeft(*journal, work.path());
+                return journal->record;
+            } catch (const fs::filesystem_error&) {
+            }
         }
+        undoMoves(*journal, work);
     } catch (const nlohmann::json::exception&) {
         // Not one of ours: what it says is not followed.
     }

@@ -1,14 +1,17 @@
 // How the files of one conversion come to their places: all of them or none, whenever the process
 // is killed.
 //
-// They lie in a work folder when all are complete. A journal there, itself complete or not there at
-// all, says what is to be moved where; from then on they count as converted. Whoever finds the
-// journal of a process that is gone makes the moves that are missing. Only where that can't be done
-// are those undone that were made, from what was kept of the old files.
+// They lie in a work folder when all are complete. The folder's note, itself complete or not there
+// at all, is a journal: it says what is to be moved where; from then on they count as converted.
+// Whoever finds the journal of a process that is gone makes the moves that are missing. Only where
+// that can't be done are those undone that were made, from what was kept of the old files.
 #pragma once
+
+#include "host/system/work_folder.h"
 
 #include <filesystem>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -26,15 +29,18 @@ struct Delivery {
     std::string record;       ///< for whoever settles it
 };
 
-/// The name of the journal in a work folder. Without it a delivery hasn't begun or no longer
-/// counts.
-constexpr const char* journalName = "moves";
+/// Of an old file that couldn't be given its place back: where it lies. The work folder must stay.
+struct OldFileKept : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
 
-/// Moves all files. Throws a filesystem_error where one can't be, and then all are as they were.
-void deliver(const Delivery& delivery, const std::filesystem::path& workFolder);
+/// Moves all files. Throws a filesystem_error where one can't be, and then all are as they were, or
+/// OldFileKept.
+void deliver(const Delivery& delivery, WorkFolder& work);
 
 /// Ends what a process that is gone had begun in its work folder. Answers the record of a delivery
-/// that is now complete, whether it was so before or not; nothing where there is none.
-std::optional<std::string> settleDelivery(const std::filesystem::path& workFolder);
+/// that is now complete, whether it was so before or not; nothing where there is none. Throws
+/// OldFileKept.
+std::optional<std::string> settleDelivery(WorkFolder& work);
 
 } // namespace korlit::host

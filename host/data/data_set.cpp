@@ -102,11 +102,11 @@ std::vector<DataSet> loadFrom(const std::string& path, FileKind kind) {
         sets.push_back(dataSetOf(path));
         return sets;
     }
-    const TemporaryFolder stage{std::filesystem::temp_directory_path()};
+    const TemporaryFolder stage;
     const Plan plan = planFor(path, kind, stage.path(), "data");
     const StagedResult result = convertStaged(plan, stage.path());
     if (!result.isConverted) {
-        throw std::runtime_error{withDiagnosis(result.message, plan, stage.path())};
+        throw std::runtime_error{withDiagnosis(result.message, plan, result.reason)};
     }
     for (const StagedFile& target : plan.targets) {
         sets.push_back(dataSetOf(target.path.string()));

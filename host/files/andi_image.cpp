@@ -1,7 +1,6 @@
 #include "host/files/andi_image.h"
 
 #include "andi/andi_reader.h"
-#include "andi/andi_writer.h"
 #include "andi/value_lookup.h"
 #include "host/system/standard_error.h"
 
@@ -56,11 +55,6 @@ std::string load(AndiImage& image, const std::string& path) {
 
 std::string loadHeader(AndiImage& image, const std::string& path) {
     return loadPart(image, path, [](const AndiVariable& /*variable*/) { return false; });
-}
-
-std::string saveHeader(AndiImage& image, const std::string& path) {
-    std::string message = messageFor(path);
-    return WriteAndiHeader(path.c_str(), &image.file, message) == 1 ? "" : message.c_str();
 }
 
 std::optional<std::string> textOf(const AndiImage& image, std::string_view name) {

@@ -29,10 +29,6 @@ std::string load(AndiImage& image, const std::string& path);
 /// The same without any data.
 std::string loadHeader(AndiImage& image, const std::string& path);
 
-/// Writes the header alone, after which the image can only be released; answers the empty text, or
-/// why it can't be.
-std::string saveHeader(AndiImage& image, const std::string& path);
-
 /// The text of a global attribute, a variable or an attribute of a variable. Nothing if there is
 /// none.
 std::optional<std::string> textOf(const AndiImage& image, std::string_view name);

@@ -63,7 +63,10 @@ std::string withDiagnosis(const std::string& reason, const std::string& file, Fi
     return withSeen(reason, diagnosisOf(file, kind));
 }
 
-std::string withDiagnosis(const std::string& reason, const Plan& plan, const fs::path& stage) {
+std::string withDiagnosis(const std::string& reason, const Plan& plan, std::error_code error) {
+    if (error) {
+        return withSeen(reason, error.message());
+    }
     for (const StagedFile& file : plan.sources) {
         const std::string seen = diagnosisOf(file.path.string(), plan.kind);
         if (!seen.empty()) {
@@ -71,7 +74,7 @@ std::string withDiagnosis(const std::string& reason, const Plan& plan, const fs:
             return withSeen(reason, isNamed ? seen : file.path.filename().string() + ": " + seen);
         }
     }
-    return withSeen(reason, isFull(stage) ? "no space is left there" : "");
+    return reason;
 }
 
 } // namespace korlit::host

@@ -4,8 +4,8 @@
 
 #include "host/files/plan.h"
 
-#include <filesystem>
 #include <string>
+#include <system_error>
 
 namespace korlit::host {
 
@@ -16,9 +16,8 @@ std::string diagnosisOf(const std::string& file, FileKind kind);
 /// Why a file can't be read: the reason that a reader has, and what can be seen.
 std::string withDiagnosis(const std::string& reason, const std::string& file, FileKind kind);
 
-/// The same of a plan that couldn't be carried out in a folder: what can be seen in the files that
-/// it starts from, and of the room that is left.
-std::string withDiagnosis(const std::string& reason, const Plan& plan,
-                          const std::filesystem::path& stage);
+/// The same of a plan that couldn't be carried out: what the system said, or else what can be seen
+/// in the files that it starts from.
+std::string withDiagnosis(const std::string& reason, const Plan& plan, std::error_code error);
 
 } // namespace korlit::host

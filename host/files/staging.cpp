@@ -1,15 +1,18 @@
 #include "host/files/staging.h"
 
 #include "api/exports.h"
-#include "host/files/andi_image.h"
 #include "host/files/source_name.h"
+#include "host/system/open_file.h"
 #include "host/system/standard_error.h"
 #include "native/native_records.h"
 
 #include <algorithm>
-#include <fstream>
+#include <array>
+#include <cerrno>
+#include <span>
 #include <stdexcept>
 #include <string_view>
+#include <vector>
 
 namespace korlit::host {
 
@@ -20,20 +23,56 @@ namespace fs = std::filesystem;
 template <typename Record>
 Record readRecord(const fs::path& file, std::int64_t place) {
     Record record{};
-    std::ifstream in{file, std::ios::binary};
-    in.seekg(place);
-    in.read(reinterpret_cast<char*>(&record), sizeof record);
+    OpenFile{file, OpenFile::Use::Read}.read(place, std::as_writable_bytes(std::span{&record, 1}));
     return record;
 }
 
-/// Puts a file of the source's under the name by which the library finds it.
-void placeLink(const StagedFile& file, const fs::path& stage) {
+/// Puts a file under the name by which the library finds it; answers the system's error.
+std::error_code placeLink(const fs::path& file, const fs::path& link) {
     std::error_code error;
-    const fs::path place = stage / file.stagedName;
-    fs::create_symlink(fs::absolute(file.path), place, error);
-    if (error && fs::exists(file.path)) {
-        fs::copy_file(file.path, place); // a file system without links
+    fs::create_symlink(fs::absolute(file), link, error);
+    const bool hasNoLinks = error == std::errc::operation_not_permitted ||
+                            error == std::errc::operation_not_supported ||
+                            error == std::errc::function_not_supported;
+    if (hasNoLinks && fs::exists(file)) {
+        fs::copy_file(file, link, error);
+        return error;
     }
+    return hasNoLinks ? std::error_code{} : error;
+}
+
+/// The files of a source in the stage, for as long as this lives.
+class Links {
+  public:
+    Links(const Plan& plan, const fs::path& stage) {
+        for (const StagedFile& file : plan.sources) {
+            const fs::path& link = places.emplace_back(stage / file.stagedName);
+            if (const auto error = placeLink(file.path, link)) {
+                throw fs::filesystem_error{
+                    "Can't write", plan.targets.empty() ? link : plan.targets.front().path, error};
+            }
+        }
+    }
+    Links(const Links&) = delete;
+    Links& operator=(const Links&) = delete;
+    ~Links() {
+        std::error_code ignored;
+        for (const fs::path& link : places) {
+            fs::remove(link, ignored);
+        }
+    }
+
+  private:
+    std::vector<fs::path> places;
+};
+
+/// The stage under a name by which the source's is as long as it really is, if that can be: the
+/// library writes it into its files, where the true one then fits.
+std::string asLong(const fs::path& stage, const Plan& plan) {
+    std::string folder = stage.string();
+    const std::size_t length = folder.size() + 1 + plan.sources.front().stagedName.size();
+    folder.append(plan.source.size() - std::min(plan.source.size(), length), '/');
+    return folder;
 }
 
 void replaceAll(std::string& text, const std::string& word, const std::string& other) {
@@ -81,46 +120,50 @@ void countPair(StagedResult& result, const Plan& plan, const fs::path& stage) {
     result.peaks = readRecord<ResHeader>(report, sizeof(RepHeader)).PeakCount;
 }
 
-std::int64_t lengthOf(const AndiImage& image, const std::string& variable) {
-    const AndiVariable* found = variableOf(image, variable);
-    return found == nullptr ? 0 : found->ElementCount;
-}
-
 /// The files name the staged source as theirs so far.
 void completeAndiFiles(StagedResult& result, const Plan& plan, const fs::path& stage) {
     for (const StagedFile& target : plan.targets) {
-        if (!fs::exists(stage / target.stagedName)) {
-            throw std::runtime_error{channelsChangedText};
+        const fs::path file = stage / target.stagedName;
+        try {
+            const AndiCounts counts = nameSource(file, plan.source);
+            result.points += counts.points;
+            result.peaks += counts.peaks;
+        } catch (const std::system_error& error) {
+            if (!fs::exists(file)) {
+                throw std::runtime_error{channelsChangedText};
+            }
+            throw fs::filesystem_error{"Can't write", target.path, error.code()};
         }
-        AndiImage image;
-        const std::string path = (stage / target.stagedName).string();
-        if (const std::string reason = loadHeader(image, path); !reason.empty()) {
-            throw std::runtime_error{reason};
-        }
-        result.points += lengthOf(image, "ordinate_values");
-        result.peaks += lengthOf(image, "peak_retention_time");
-        nameSource(image, path, plan.source);
     }
+}
+
+/// What the system says of a failure that isn't the source's; nothing of any other.
+std::error_code reasonIn(int number) {
+    constexpr std::array reasons{ENOSPC, EDQUOT, EFBIG, ENAMETOOLONG, EIO, EROFS, EMFILE, ENFILE};
+    return std::ranges::find(reasons, number) == reasons.end()
+               ? std::error_code{}
+               : std::error_code{number, std::generic_category()};
 }
 
 } // namespace
 
 StagedResult convertStaged(const Plan& plan, const fs::path& stage) {
-    for (const StagedFile& file : plan.sources) {
-        placeLink(file, stage);
-    }
+    const Links links{plan, stage};
     const Format& format = formatOf(plan.kind);
-    std::string path = (stage / plan.sources.front().stagedName).string();
+    const fs::path folder = asLong(stage, plan);
+    std::string path = (folder / plan.sources.front().stagedName).string();
     std::string message(
         std::max<std::size_t>(path.size() + KORLIT_MESSAGE_ROOM, KORLIT_MESSAGE_MINIMUM), '\0');
     path.resize(path.size() + KORLIT_PATH_ROOM);
     const StandardErrorCapture boxes;
+    errno = 0;
     StagedResult result{.isConverted = format.convert(path.data(), message.data()) == 1,
+                        .reason = reasonIn(errno),
                         .message = message.substr(0, message.find('\0'))};
     if (result.message.empty()) {
         result.message = result.isConverted ? convertedText(plan) : boxes.text();
     }
-    result.message = trueText(result.message, plan, stage);
+    result.message = trueText(result.message, plan, folder);
     if (result.isConverted && format.isAndi) {
         countPair(result, plan, stage);
     } else if (result.isConverted) {

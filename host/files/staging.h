@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <string>
+#include <system_error>
 
 namespace korlit::host {
 
@@ -15,6 +16,7 @@ constexpr const char* channelsChangedText = "Its channels have changed while it 
 
 struct StagedResult {
     bool isConverted = false;
+    std::error_code reason;  ///< what the system said of a failure that isn't the source's
     std::string message;     ///< the library's words on one line, with the true paths
     std::int64_t points = 0; ///< samples in all that was written
     std::int64_t peaks = 0;
@@ -22,7 +24,7 @@ struct StagedResult {
 
 /// Converts into the folder `stage`, which must exist. ANDI files name the plan's source as theirs.
 /// A failure without words in the library's message has those of its message box. May throw a
-/// filesystem_error where the staging folder can't take what it must.
+/// filesystem_error, with the path of a target, where the staging folder can't take what it must.
 StagedResult convertStaged(const Plan& plan, const std::filesystem::path& stage);
 
 } // namespace korlit::host

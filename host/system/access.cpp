@@ -24,11 +24,4 @@ std::string openProblem(const std::filesystem::path& file) {
     return isKnown && !S_ISREG(status.st_mode) ? "it is no regular file" : "";
 }
 
-bool isFull(const std::filesystem::path& folder) {
-    constexpr std::uintmax_t hardlyAny = 4096;
-    std::error_code error;
-    const auto space = std::filesystem::space(folder, error);
-    return !error && space.available < hardlyAny;
-}
-
 } // namespace korlit::host

@@ -9,7 +9,4 @@ namespace korlit::host {
 /// Why a file can't be opened for reading, in the system's words; the empty text if it can.
 std::string openProblem(const std::filesystem::path& file);
 
-/// Whether a folder's file system is full.
-bool isFull(const std::filesystem::path& folder);
-
 } // namespace korlit::host

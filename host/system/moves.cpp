@@ -36,13 +36,37 @@ void syncToDisk(const std::filesystem::path& path) {
     }
 }
 
-void takePermissions(const std::filesystem::path& file, const std::filesystem::path& from) {
+void makeFolders(const std::filesystem::path& folder, bool isSynced) {
+    if (folder.empty() || std::filesystem::exists(folder)) {
+        return;
+    }
+    const std::filesystem::path parent = folder.parent_path();
+    makeFolders(parent, isSynced);
+    std::filesystem::create_directory(folder);
+    if (isSynced) {
+        syncToDisk(parent.empty() ? "." : parent);
+    }
+}
+
+std::optional<std::filesystem::perms> permissionsLike(const std::filesystem::path& file) {
     constexpr mode_t readAndWrite = 0666;
+    static const mode_t mask = [] {
+        const mode_t found = umask(0);
+        umask(found);
+        return found;
+    }();
     struct stat status {};
-    const mode_t mask = umask(0);
-    umask(mask);
-    if (stat(from.c_str(), &status) == 0) {
-        chmod(file.c_str(), status.st_mode & readAndWrite & ~mask);
+    if (stat(file.c_str(), &status) != 0) {
+        return std::nullopt;
+    }
+    return std::filesystem::perms{status.st_mode & readAndWrite & ~mask};
+}
+
+void setPermissions(const std::filesystem::path& file,
+                    const std::optional<std::filesystem::perms>& permissions) {
+    std::error_code ignored;
+    if (permissions && std::filesystem::status(file, ignored).permissions() != *permissions) {
+        std::filesystem::permissions(file, *permissions, ignored);
     }
 }
 

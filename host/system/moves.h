@@ -2,6 +2,7 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <system_error>
 
 namespace korlit::host {
@@ -10,12 +11,19 @@ namespace korlit::host {
 /// std::errc::file_exists.
 std::error_code moveToFreePlace(const std::filesystem::path& from, const std::filesystem::path& to);
 
+/// Makes a folder and those above it that are missing. Has the disk hold their names if `isSynced`.
+/// Throws a filesystem_error where that fails.
+void makeFolders(const std::filesystem::path& folder, bool isSynced);
+
 /// Has the disk hold what a file contains, or the names in a folder. Throws a filesystem_error
 /// where that fails.
 void syncToDisk(const std::filesystem::path& path);
 
-/// Gives a file the permissions of another, to read and write, less those that the process's mask
-/// takes away.
-void takePermissions(const std::filesystem::path& file, const std::filesystem::path& from);
+/// What a file may be read and written by, less what the process's mask takes away; nothing where
+/// there is none.
+std::optional<std::filesystem::perms> permissionsLike(const std::filesystem::path& file);
+/// Gives them to a file, where they are known and it has others.
+void setPermissions(const std::filesystem::path& file,
+                    const std::optional<std::filesystem::perms>& permissions);
 
 } // namespace korlit::host

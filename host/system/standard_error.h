@@ -1,6 +1,7 @@
 // Catches what goes to standard error, where the message boxes show.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 namespace korlit::host {
@@ -12,15 +13,14 @@ class StandardErrorCapture {
     StandardErrorCapture();
     StandardErrorCapture(const StandardErrorCapture&) = delete;
     StandardErrorCapture& operator=(const StandardErrorCapture&) = delete;
-    /// Gives standard error back.
+    /// Gives standard error back, unless another of these still has it.
     ~StandardErrorCapture();
 
     /// What was written so far.
     std::string text() const;
 
   private:
-    int original = -1;
-    int kept = -1;
+    std::int64_t begin = 0;
 };
 
 } // namespace korlit::host

@@ -5,6 +5,18 @@
 
 namespace korlit::host {
 
+namespace {
+
+std::filesystem::path usualPlace() {
+    std::error_code error;
+    const std::filesystem::path place = std::filesystem::temp_directory_path(error);
+    return error ? "/tmp" : place;
+}
+
+} // namespace
+
+TemporaryFolder::TemporaryFolder() : TemporaryFolder{usualPlace()} {}
+
 TemporaryFolder::TemporaryFolder(const std::filesystem::path& parent, const std::string& prefix) {
     std::string pattern = (parent / (prefix + "XXXXXX")).string();
     if (mkdtemp(pattern.data()) == nullptr) {

@@ -8,6 +8,8 @@ namespace korlit::host {
 
 class TemporaryFolder {
   public:
+    /// Makes one where temporary files belong: where $TMPDIR says, or in /tmp if that isn't there.
+    TemporaryFolder();
     /// Makes a new folder in `parent`, open to nobody else, whose name starts with `prefix`. Throws
     /// a filesystem_error where that can't be done.
     explicit TemporaryFolder(const std::filesystem::path& parent,

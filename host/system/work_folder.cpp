@@ -1,13 +1,18 @@
 #include "host/system/work_folder.h"
 
+#include "platform/descriptors.h"
+
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
+#include <cstddef>
+#include <cstdint>
 #include <cstdlib>
-#include <string_view>
+#include <span>
 #include <system_error>
 #include <vector>
 
@@ -19,6 +24,30 @@ namespace fs = std::filesystem;
 
 constexpr std::string_view namePrefix = ".korlit-work-";
 constexpr const char* lockName = "lock";
+
+/// What a note begins with, by which it is known to be whole, and whether it is marked.
+struct NoteHead {
+    std::uint64_t isMarked = 0;
+    std::uint64_t length = 0;
+    std::uint64_t hash = 0;
+
+    bool fits(const NoteHead& other) const { return length == other.length && hash == other.hash; }
+};
+
+NoteHead headOf(std::string_view text) {
+    // The same on every machine that shares the folder (FNV-1a).
+    std::uint64_t hash = 0xCBF29CE484222325;
+    for (const char character : text) {
+        hash = (hash ^ static_cast<unsigned char>(character)) * 0x100000001B3;
+    }
+    return {.isMarked = 0, .length = text.size(), .hash = hash};
+}
+
+NoteHead readHead(int file) {
+    NoteHead head{};
+    readAt(file, std::as_writable_bytes(std::span{&head, 1}), sizeof head, 0);
+    return head;
+}
 
 /// The lock of a folder, taken; -1 where another process has it or there is none to take.
 int takeLock(const fs::path& folder, int flags) {
@@ -35,11 +64,30 @@ int takeLock(const fs::path& folder, int flags) {
     return lock;
 }
 
+constexpr mode_t others = 0077;
+
+bool isOpenToOthers(const fs::path& folder) {
+    struct stat status {};
+    return lstat(folder.c_str(), &status) != 0 || (status.st_mode & others) != 0;
+}
+
+/// Whether even a new folder of ours is said to be open to others: a file system without
+/// permissions shows the same for everything. Whoever may write there may write to all around it.
+bool knowsNoPermissions(const fs::path& parent) {
+    std::string probe = (parent / (std::string{namePrefix} + "XXXXXX")).string();
+    if (mkdtemp(probe.data()) == nullptr) {
+        return false;
+    }
+    const bool isOpen = isOpenToOthers(probe);
+    rmdir(probe.c_str());
+    return isOpen;
+}
+
 bool isOwn(const fs::path& folder) {
-    constexpr mode_t others = 0077;
     struct stat status {};
     return lstat(folder.c_str(), &status) == 0 && S_ISDIR(status.st_mode) &&
-           status.st_uid == geteuid() && (status.st_mode & others) == 0;
+           status.st_uid == geteuid() &&
+           (!isOpenToOthers(folder) || knowsNoPermissions(folder.parent_path()));
 }
 
 std::vector<fs::path> workFoldersIn(const fs::path& parent) {
@@ -98,24 +146,68 @@ bool WorkFolder::isMade(const fs::path& parent) {
 }
 
 WorkFolder::~WorkFolder() {
-    removeFolder(folder);
+    if (!isLeft && isInPlace()) {
+        removeFolder(folder);
+    }
     close(lock);
 }
 
-void WorkFolder::clear(const char* first) const {
-    std::error_code ignored;
-    fs::remove(folder / first, ignored);
+bool WorkFolder::isInPlace() const {
+    struct stat held {};
+    struct stat found {};
+    return fstat(lock, &held) == 0 && lstat((folder / lockName).c_str(), &found) == 0 &&
+           held.st_dev == found.st_dev && held.st_ino == found.st_ino;
+}
+
+void WorkFolder::clear() const {
     removeContents(folder);
 }
 
-void settleAbandoned(const fs::path& parent, const std::function<void(const fs::path&)>& settle) {
+std::string WorkFolder::note() const {
+    const NoteHead head = readHead(lock);
+    const std::int64_t length = lengthOf(lock) - std::int64_t{sizeof head};
+    if (length <= 0) {
+        return {};
+    }
+    std::string text(static_cast<std::size_t>(length), '\0');
+    readAt(lock, std::as_writable_bytes(std::span{text}), length, sizeof head);
+    return head.fits(headOf(text)) ? text : "";
+}
+
+std::error_code WorkFolder::write(std::string_view text, bool isSynced) {
+    forget();
+    hasNote = true;
+    const NoteHead head = headOf(text);
+    std::string bytes{reinterpret_cast<const char*>(&head), sizeof head};
+    bytes += text;
+    const bool isWritten = writeAt(lock, std::as_bytes(std::span{bytes}), 0) == std::ssize(bytes) &&
+                           (!isSynced || fdatasync(lock) == 0);
+    return isWritten ? std::error_code{} : std::error_code{errno, std::generic_category()};
+}
+
+void WorkFolder::mark() {
+    constexpr std::array marked{std::byte{1}};
+    writeAt(lock, marked, offsetof(NoteHead, isMarked));
+}
+
+bool WorkFolder::isMarked() const {
+    return readHead(lock).isMarked != 0;
+}
+
+void WorkFolder::forget() {
+    if (hasNote) {
+        hasNote = ftruncate(lock, 0) != 0;
+    }
+}
+
+void settleAbandoned(const fs::path& parent, const std::function<void(WorkFolder&)>& settle) {
     for (const fs::path& folder : workFoldersIn(parent)) {
         // One without a lock was killed while it began or ended.
         const int lock = takeLock(folder, O_CREAT);
         if (lock >= 0) {
-            settle(folder);
-            removeFolder(folder);
-            close(lock);
+            WorkFolder taken{folder, lock};
+            taken.hasNote = true;
+            settle(taken);
         }
     }
 }

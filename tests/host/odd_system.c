@@ -1,7 +1,7 @@
 /* In front of the C library: a system without what $MISSING names, where the first file that is to
    come to the place $NO_PLACE does not, where only one process can be started if "fork" is missing,
    where $SWAP takes the place of run.dat when a conversion begins, and that kills the process group
-   at the $KILL_AT-th call that changes which names there are. */
+   at the $KILL_AT-th call that writes to a file or changes which names there are. */
 #define _GNU_SOURCE
 #include <errno.h>
 #include <fcntl.h>
@@ -26,9 +26,27 @@ static void mayBeKilled(void) {
     }
 }
 
-int unlink(const char* path) {
+int unlinkat(int folder, const char* path, int flags) {
     mayBeKilled();
-    return (int)syscall(SYS_unlinkat, AT_FDCWD, path, 0);
+    return (int)syscall(SYS_unlinkat, folder, path, flags);
+}
+int unlink(const char* path) {
+    return unlinkat(AT_FDCWD, path, 0);
+}
+int rmdir(const char* path) {
+    return unlinkat(AT_FDCWD, path, AT_REMOVEDIR);
+}
+int remove(const char* path) {
+    const int result = unlink(path);
+    return result == 0 || errno != EISDIR ? result : rmdir(path);
+}
+int ftruncate(int file, off_t length) {
+    mayBeKilled();
+    return (int)syscall(SYS_ftruncate, file, length);
+}
+ssize_t pwrite(int file, const void* bytes, size_t count, off_t place) {
+    mayBeKilled();
+    return syscall(SYS_pwrite64, file, bytes, count, place);
 }
 int link(const char* from, const char* to) {
     mayBeKilled();
