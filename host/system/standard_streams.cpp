@@ -10,6 +10,7 @@ namespace korlit::host {
 
 void openStandardStreams() {
     std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
     for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
         if (fcntl(stream, F_GETFD) < 0) {
             // It takes the lowest number that is free, which is this one.
