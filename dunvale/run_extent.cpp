@@ -11,7 +11,7 @@ namespace {
 /// Goes through a run in its order. It stops where the file ends, or where a count is none.
 class Walk {
   public:
-    explicit Walk(CFile& runFile) : file{runFile} {}
+    explicit Walk(CFile& runFile) : file{runFile}, left{runFile.GetRemaining()} {}
 
     bool isAtEnd() const { return hasEnded; }
 
@@ -20,20 +20,24 @@ class Walk {
     Record take(std::int64_t byteCount = sizeof(Record)) {
         Record record{};
         hasEnded = hasEnded || file.Read(&record, byteCount) != byteCount;
+        left -= byteCount;
         return record;
     }
 
     /// Passes over so many records; answers how many bytes of them are there.
     std::int64_t pass(std::int64_t count, std::int64_t recordSize) {
         const std::int64_t byteCount = hasEnded ? 0 : count * recordSize;
-        const std::int64_t there = std::clamp<std::int64_t>(byteCount, 0, file.GetRemaining());
+        const std::int64_t there =
+            std::clamp<std::int64_t>(byteCount, 0, std::max<std::int64_t>(left, 0));
         hasEnded = hasEnded || there != byteCount;
         file.Skip(there);
+        left -= there;
         return there;
     }
 
   private:
     CFile& file;
+    std::int64_t left; ///< bytes of the file behind the place where this is
     bool hasEnded = false;
 };
 

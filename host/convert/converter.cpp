@@ -41,12 +41,12 @@ void holdSibling() {
 /// Throws where a run has other channels than were planned, or lacks some of what it announces and
 /// that isn't allowed; else warns of what it lacks.
 void lookAtRun(const Plan& plan, bool isCutAllowed, Outcome& outcome) {
-    const int channels = formatOf(plan.kind).channelCount(startOf(plan.source));
-    if (channels != std::ssize(plan.targets)) {
-        throw std::runtime_error{"It has " + std::to_string(channels) + " channels now, and had " +
-                                 std::to_string(plan.targets.size()) + " when the batch began"};
-    }
     const RunCut cut = runCut(plan.source);
+    if (cut.channels != 0 && cut.channels != plan.targets.size()) {
+        throw std::runtime_error{"It has " + std::to_string(cut.channels) +
+                                 " channels now, and had " + std::to_string(plan.targets.size()) +
+                                 " when the batch began"};
+    }
     if (cut.isOfSignal && !isCutAllowed) {
         throw std::runtime_error{cut.words + " (--allow-cut converts them)"};
     }
@@ -69,6 +69,14 @@ std::string refusalOf(const Plan& plan) {
     const TemporaryFolder stage;
     const StagedResult result = convertStaged(plan, stage.path());
     return withDiagnosis(result.message, plan, result.reason);
+}
+
+/// Any file of some size is taken for a report.
+void lookAtReport(const Plan& plan, Outcome& outcome) {
+    const fs::path& report = plan.sources.back().path;
+    if (!isReport(report.string())) {
+        outcome.warnings.push_back(report.string() + ": " + noReportText);
+    }
 }
 
 } // namespace
@@ -134,6 +142,9 @@ void Converter::convert(const Job& job, std::size_t number, const Decision& deci
     }
     outcome.points = result.points;
     outcome.peaks = result.peaks;
+    if (format.companionExtension != nullptr) {
+        lookAtReport(plan, outcome);
+    }
     if (format.isAndi) {
         outcome.message += " and " + plan.targets.back().path.string();
     }

@@ -161,14 +161,13 @@ void makeMovesLeft(const Journal& journal, const fs::path& workFolder) {
     }
 }
 
-/// Gives an old file its place back. It is the only one of its content: where that fails it stays.
-void giveBack(const fs::path& kept, const fs::path& target) {
+/// Gives an old file its place back; answers where it lies if that fails. Nobody else has it.
+std::string giveBack(const fs::path& kept, const fs::path& target) {
     std::error_code error;
     fs::rename(kept, target, error);
-    if (error) {
-        throw OldFileKept{"The old " + target.string() + " can't be put back (" + error.message() +
-                          "): it lies in " + kept.string()};
-    }
+    return error ? "The old " + target.string() + " can't be put back (" + error.message() +
+                       "): it lies in " + kept.string() + ". "
+                 : "";
 }
 
 /// Gives the old files their places back, and takes away what was moved to where there was none.
@@ -176,16 +175,20 @@ void giveBack(const fs::path& kept, const fs::path& target) {
 /// here.
 void undoMoves(const Journal& journal, WorkFolder& work) {
     work.mark();
+    std::string stillKept;
     for (std::size_t i = 0; i < journal.moves.size(); ++i) {
         const auto& [move, identity, replaced] = journal.moves[i];
         const fs::path kept = keptFile(work.path(), i);
         const bool isOurs = identityOf(move.path) == identity;
         if (isThere(kept) && (isOurs || !isThere(move.path))) {
-            giveBack(kept, move.path);
+            stillKept += giveBack(kept, move.path);
         } else if (isOurs) {
             std::error_code ignored;
             fs::remove(move.path, ignored);
         }
+    }
+    if (!stillKept.empty()) {
+        throw OldFileKept{stillKept + "The next conversion into this folder tries again"};
     }
 }
 
@@ -213,7 +216,7 @@ void deliver(const Delivery& delivery, WorkFolder& work) {
         if (delivery.isSynced) {
             syncToDisk(work.path().parent_path());
         }
-    } catch (const std::exception& error) {
+    } catch (const std::exception&) {
         undoMoves(journal, work);
         throw;
     }

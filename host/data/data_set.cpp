@@ -77,8 +77,12 @@ DataSet dataSetOf(const std::string& andiFile) {
     if (const std::string reason = load(*loaded, andiFile); !reason.empty()) {
         throw std::runtime_error{withDiagnosis(reason, andiFile, FileKind::Andi)};
     }
-    if (variableNamed(image, taken::ordinateValues) == nullptr) {
+    const AndiVariable* signal = variableNamed(image, taken::ordinateValues);
+    if (signal == nullptr) {
         throw std::runtime_error{"File " + andiFile + " is " + noChromatogramText};
+    }
+    if (signal->ElementCount == 0) {
+        throw std::runtime_error{"File " + andiFile + " has no chromatogram: " + noSamplesText};
     }
     DataSet set;
     set.image = loaded;

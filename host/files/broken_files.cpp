@@ -25,17 +25,78 @@ std::string cutWords(std::int64_t there, std::int64_t due, const char* things) {
            " are there";
 }
 
+/// How many samples the channels have that aren't there is not known: their heads say it.
+std::string cutWords(const RunExtent& extent) {
+    if (extent.samplesThere == extent.samples && extent.channelsThere < extent.channels) {
+        return cutWords(extent.channelsThere, extent.channels, "channels");
+    }
+    if (extent.samplesThere == extent.samples) {
+        return extent.isWhole ? "" : "cut behind its samples: peaks or their names may be missing";
+    }
+    const int missing = extent.channels - extent.channelsThere;
+    const std::string words = cutWords(extent.samplesThere, extent.samples, "samples");
+    return missing == 0 ? words
+                        : words + ", and nothing of " + std::to_string(missing) +
+                              (missing == 1 ? " more channel" : " more channels");
+}
+
 std::string cutInHead(std::int64_t size) {
     return "cut within its head: " + groupedDigits(size) + " bytes are there";
 }
 
+bool hasSamples(const AndiImage& image) {
+    const AndiVariable* signal = variableNamed(image, "ordinate_values");
+    return signal != nullptr && signal->ElementCount > 0;
+}
+
+/// Bytes from one record to the next.
+std::int64_t recordSize(const AndiImage& image) {
+    std::int64_t size = 0;
+    for (const AndiVariable& variable : variablesOf(image)) {
+        size += variable.IsRecord == 1 ? variable.VSize : 0;
+    }
+    return size;
+}
+
 /// Where the data of a file end by what its header says.
 std::int64_t endOfData(const AndiImage& image) {
+    const std::int64_t recordCount = image.file.RecordCount;
+    const std::int64_t toLastRecord = (recordCount - 1) * recordSize(image);
     std::int64_t end = 0;
     for (const AndiVariable& variable : variablesOf(image)) {
-        end = std::max(end, std::int64_t{variable.Begin} + variable.VSize);
+        if (variable.IsRecord != 1) {
+            end = std::max(end, std::int64_t{variable.Begin} + variable.VSize);
+        } else if (recordCount > 0) {
+            end = std::max(end, variable.Begin + toLastRecord + variable.VSize);
+        }
     }
     return end;
+}
+
+template <typename Record>
+Record recordAt(std::ifstream& in, std::int64_t place) {
+    Record record{};
+    in.seekg(place);
+    in.read(reinterpret_cast<char*>(&record), sizeof record);
+    return record;
+}
+
+std::string flawOfReport(const std::string& file, std::int64_t size) {
+    if (size < std::int64_t{sizeof(RepHeader)}) {
+        return cutInHead(size);
+    }
+    if (!isReport(file)) {
+        return noReportText;
+    }
+    std::ifstream in{file, std::ios::binary};
+    const auto head = recordAt<RepHeader>(in, 0);
+    const auto results = recordAt<ResHeader>(in, head.ResultsOffset);
+    const bool areLong = (head.ReportFlags & longPeakRecords) != 0;
+    const std::int64_t peakSize = areLong ? std::int64_t{sizeof(PeakRecord)} : shortPeakRecordSize;
+    const std::int64_t due = head.ResultsOffset + std::int64_t{sizeof results} +
+                             peakTableEntrySize * results.PeakTableCount +
+                             peakSize * results.PeakCount;
+    return due > size ? cutWords(size, due, "bytes") : "";
 }
 
 } // namespace
@@ -55,13 +116,23 @@ std::string flawOfAndi(const std::string& file, std::int64_t size) {
         return noChromatogramText;
     }
     const std::int64_t due = endOfData(image);
-    return due > size ? cutWords(size, due, "bytes") : "";
+    if (due > size) {
+        return cutWords(size, due, "bytes");
+    }
+    return hasSamples(image) ? "" : noSamplesText;
+}
+
+bool isReport(const std::string& file) {
+    constexpr std::uint16_t kind = 3;
+    std::ifstream in{file, std::ios::binary};
+    const auto head = recordAt<RepHeader>(in, 0);
+    return (head.ReportFlags & kind) == reportKindResults &&
+           head.ResultsOffset >= std::int32_t{sizeof head};
 }
 
 std::string flawOfPairFile(const std::string& file, std::int64_t size) {
     if (hasExtension(file, reportExtension)) {
-        constexpr std::int64_t headSize = sizeof(RepHeader) + sizeof(ResHeader);
-        return size < headSize ? cutInHead(size) : "";
+        return flawOfReport(file, size);
     }
     if (size < sliceDataOffset) {
         return cutInHead(size);
@@ -86,17 +157,10 @@ RunCut runCut(const std::string& file) {
         return {.words = isCut ? cutInHead(static_cast<std::int64_t>(size)) : "",
                 .isOfSignal = isCut};
     }
-    if (extent->samplesThere < extent->samples) {
-        return {.words = cutWords(extent->samplesThere, extent->samples, "samples"),
-                .isOfSignal = true};
-    }
-    if (extent->channelsThere < extent->channels) {
-        return {.words = cutWords(extent->channelsThere, extent->channels, "channels"),
-                .isOfSignal = true};
-    }
-    return {.words = extent->isWhole
-                         ? ""
-                         : "cut behind its samples: peaks or their names may be missing"};
+    return {.words = cutWords(*extent),
+            .isOfSignal =
+                extent->samplesThere < extent->samples || extent->channelsThere < extent->channels,
+            .channels = static_cast<std::size_t>(extent->channels)};
 }
 
 } // namespace korlit::host

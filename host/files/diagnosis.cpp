@@ -6,6 +6,7 @@
 #include <array>
 #include <cstdint>
 #include <fstream>
+#include <iterator>
 #include <string_view>
 
 namespace korlit::host {
@@ -33,6 +34,12 @@ constexpr std::array<Signature, 9> signatures{{
     {"7z\xBC\xAF"sv, "a 7z archive: unpack it first"},
 }};
 
+bool isAllZeros(const std::string& file) {
+    std::ifstream in{file, std::ios::binary};
+    return std::all_of(std::istreambuf_iterator<char>{in}, {},
+                       [](char each) { return each == '\0'; });
+}
+
 std::string lookInside(const std::string& file, FileKind kind) {
     const auto size = static_cast<std::int64_t>(fs::file_size(file));
     if (size == 0) {
@@ -44,6 +51,9 @@ std::string lookInside(const std::string& file, FileKind kind) {
         signatures, [&](const Signature& each) { return start.starts_with(each.bytes); });
     if (known != signatures.end()) {
         return known->words;
+    }
+    if (isAllZeros(file)) {
+        return "all its bytes are zero";
     }
     return formatOf(kind).flaw(file, size);
 }

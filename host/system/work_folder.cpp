@@ -165,12 +165,11 @@ void WorkFolder::clear() const {
 
 std::string WorkFolder::note() const {
     const NoteHead head = readHead(lock);
-    const std::int64_t length = lengthOf(lock) - std::int64_t{sizeof head};
-    if (length <= 0) {
+    if (head.length > static_cast<std::uint64_t>(lengthOf(lock))) {
         return {};
     }
-    std::string text(static_cast<std::size_t>(length), '\0');
-    readAt(lock, std::as_writable_bytes(std::span{text}), length, sizeof head);
+    std::string text(head.length, '\0');
+    readAt(lock, std::as_writable_bytes(std::span{text}), std::ssize(text), sizeof head);
     return head.fits(headOf(text)) ? text : "";
 }
 
@@ -195,8 +194,9 @@ bool WorkFolder::isMarked() const {
 }
 
 void WorkFolder::forget() {
+    constexpr std::array<std::byte, sizeof(NoteHead)> none{};
     if (hasNote) {
-        hasNote = ftruncate(lock, 0) != 0;
+        hasNote = writeAt(lock, none, 0) != std::ssize(none);
     }
 }
 
