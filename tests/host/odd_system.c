@@ -1,21 +1,26 @@
 /* In front of the C library: a system without what $MISSING names, where the first file that is to
-   come to the place $NO_PLACE does not, where only one process can be started if "fork" is missing,
-   where $SWAP takes the place of run.dat when a conversion begins, and that kills the process group
-   at the $KILL_AT-th call that writes to a file or changes which names there are. */
+   come to the place $NO_PLACE does not, or the first $REFUSALS, where another process comes first
+   to the place $TAKEN, where only one process can be started if "fork" is missing, where $SWAP
+   takes the place of run.dat when a conversion begins, that lists in $SYNCED what it is asked to
+   have on the disk, and that kills the process group at the $KILL_AT-th call that writes to a file
+   or changes which names there are. */
 #define _GNU_SOURCE
+#include <dlfcn.h>
 #include <errno.h>
 #include <fcntl.h>
 #include <signal.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
 static int lacks(const char* call, int error) {
     const char* missing = getenv("MISSING");
-    errno = error;
-    return missing != NULL && strstr(missing, call) != NULL;
+    const int isMissing = missing != NULL && strstr(missing, call) != NULL;
+    errno = isMissing ? error : errno;
+    return isMissing;
 }
 
 static void mayBeKilled(void) {
@@ -46,7 +51,34 @@ int ftruncate(int file, off_t length) {
 }
 ssize_t pwrite(int file, const void* bytes, size_t count, off_t place) {
     mayBeKilled();
-    return syscall(SYS_pwrite64, file, bytes, count, place);
+    return lacks("space", ENOSPC) ? -1 : syscall(SYS_pwrite64, file, bytes, count, place);
+}
+static int note(long call, int file) {
+    char link[64], path[4096];
+    snprintf(link, sizeof link, "/proc/self/fd/%d", file);
+    const ssize_t length = readlink(link, path, sizeof path - 1);
+    FILE* list = getenv("SYNCED") == NULL || length < 0 ? NULL : fopen(getenv("SYNCED"), "a");
+    if (list != NULL) {
+        path[length] = '\0';
+        fprintf(list, "%s\n", strrchr(path, '/') + 1);
+        fclose(list);
+    }
+    return (int)syscall(call, file);
+}
+int fsync(int file) {
+    return note(SYS_fsync, file);
+}
+int fdatasync(int file) {
+    return note(SYS_fdatasync, file);
+}
+/* A file system without permissions shows the same for all. */
+char* mkdtemp(char* pattern) {
+    char* (*made)(char*) = (char* (*)(char*))dlsym(RTLD_NEXT, "mkdtemp");
+    char* folder = made(pattern);
+    if (folder != NULL && lacks("permissions", 0)) {
+        chmod(folder, 0777);
+    }
+    return folder;
 }
 int link(const char* from, const char* to) {
     mayBeKilled();
@@ -61,13 +93,18 @@ int symlink(const char* from, const char* to) {
 }
 int renameat2(int fromFolder, const char* from, int toFolder, const char* to, unsigned flags) {
     const char* place = getenv("NO_PLACE");
+    const char* taken = getenv("TAKEN");
+    const int most = getenv("REFUSALS") == NULL ? 1 : atoi(getenv("REFUSALS"));
     mayBeKilled();
+    if (taken != NULL && strcmp(to, taken) == 0) {
+        close(open(to, O_CREAT | O_WRONLY, 0600));
+    }
     if (flags != 0 && lacks("renameat2", EINVAL)) {
         return -1;
     }
     static int refusals = 0;
     errno = ENOSPC;
-    return place != NULL && strcmp(to, place) == 0 && ++refusals == 1
+    return place != NULL && strcmp(to, place) == 0 && ++refusals <= most
                ? -1
                : (int)syscall(SYS_renameat2, fromFolder, from, toFolder, to, flags);
 }

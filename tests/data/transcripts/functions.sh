@@ -90,6 +90,10 @@ killWorkers() {
     done
 }
 
+clearUp() {
+    rm -rf out*/.korlit-work-*
+}
+
 interrupt() {
     kill -INT $parent
 }
