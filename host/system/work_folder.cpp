@@ -142,6 +142,11 @@ bool WorkFolder::isMade(const fs::path& parent) {
     }
     folder = pattern;
     lock = takeLock(folder, O_CREAT | O_EXCL);
+    if (lock < 0) {
+        const int error = errno;
+        rmdir(folder.c_str());
+        errno = error;
+    }
     return lock >= 0;
 }
 
