@@ -7,8 +7,6 @@
 #include "host/system/moves.h"
 #include "host/system/temporary_folder.h"
 #include "host/text/utf8.h"
-#include "native/ostrelix.h"
-#include "platform/library.h"
 
 #include <chrono>
 #include <exception>
@@ -30,12 +28,6 @@ std::string wordsOf(const fs::filesystem_error& error) {
 fs::path folderOf(const Plan& plan) {
     const fs::path folder = plan.targets.front().path.parent_path();
     return folder.empty() ? "." : folder;
-}
-
-/// The library loads its sibling anew for each pair. In a process that holds it already, that takes
-/// next to no time.
-void holdSibling() {
-    [[maybe_unused]] static const LibraryHandle sibling = LoadLibraryA(ostrelixName);
 }
 
 /// Throws where a run has other channels than were planned, or lacks some of what it announces and
@@ -122,7 +114,6 @@ void Converter::convert(const Job& job, std::size_t number, const Decision& deci
                         Outcome& outcome) {
     const Plan& plan = job.plan;
     const Format& format = formatOf(plan.kind);
-    holdSibling();
     if (plan.targets.empty()) {
         outcome.message = refusalOf(plan);
         return;

@@ -2,9 +2,12 @@
 
 #include "api/exports.h"
 #include "host/files/source_name.h"
+#include "host/system/current_folder.h"
 #include "host/system/open_file.h"
 #include "host/system/standard_error.h"
 #include "native/native_records.h"
+#include "native/ostrelix.h"
+#include "platform/library.h"
 
 #include <algorithm>
 #include <array>
@@ -12,6 +15,7 @@
 #include <span>
 #include <stdexcept>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace korlit::host {
@@ -25,6 +29,18 @@ Record readRecord(const fs::path& file, std::int64_t place) {
     Record record{};
     OpenFile{file, OpenFile::Use::Read}.read(place, std::as_writable_bytes(std::span{&record, 1}));
     return record;
+}
+
+/// The stage can't take what it must.
+[[noreturn]] void fail(const Plan& plan, const fs::path& stage, const std::error_code& error) {
+    throw fs::filesystem_error{"Can't write",
+                               plan.targets.empty() ? stage : plan.targets.front().path, error};
+}
+
+/// The library loads its sibling anew for each pair. In a process that holds it already, that takes
+/// next to no time.
+void holdSibling() {
+    [[maybe_unused]] static const LibraryHandle sibling = LoadLibraryA(ostrelixName);
 }
 
 /// Puts a file under the name by which the library finds it; answers the system's error.
@@ -48,8 +64,7 @@ class Links {
         for (const StagedFile& file : plan.sources) {
             const fs::path& link = places.emplace_back(stage / file.stagedName);
             if (const auto error = placeLink(file.path, link)) {
-                throw fs::filesystem_error{
-                    "Can't write", plan.targets.empty() ? link : plan.targets.front().path, error};
+                fail(plan, stage, error);
             }
         }
     }
@@ -66,20 +81,12 @@ class Links {
     std::vector<fs::path> places;
 };
 
-/// The stage under a name by which the source's is as long as it really is, if that can be: the
-/// library writes it into its files, where the true one then fits.
-std::string asLong(const fs::path& stage, const Plan& plan) {
-    std::string folder = stage.string();
-    const std::size_t length = folder.size() + 1 + plan.sources.front().stagedName.size();
-    folder.append(plan.source.size() - std::min(plan.source.size(), length), '/');
-    return folder;
-}
-
-void replaceAll(std::string& text, const std::string& word, const std::string& other) {
-    for (std::size_t place = text.find(word); place != std::string::npos;
-         place = text.find(word, place + other.size())) {
-        text.replace(place, word.size(), other);
-    }
+/// What stands ahead of names in the stage, so that the source's is as long as it really is, if
+/// that can be: the library writes it into its files, where the true one then fits.
+std::string prefixFor(const Plan& plan) {
+    const std::size_t length = plan.sources.front().stagedName.size();
+    const std::size_t room = plan.source.size() - std::min(plan.source.size(), length);
+    return room < 2 ? "" : "." + std::string(room - 1, '/');
 }
 
 std::string oneLine(std::string_view text) {
@@ -96,13 +103,26 @@ std::string oneLine(std::string_view text) {
 }
 
 /// The library's words with the paths that its user knows.
-std::string trueText(std::string text, const Plan& plan, const fs::path& stage) {
-    for (const auto& files : {plan.sources, plan.targets}) {
-        for (const StagedFile& file : files) {
-            replaceAll(text, (stage / file.stagedName).string(), file.path.string());
+std::string trueText(const std::string& text, const Plan& plan, const std::string& prefix) {
+    std::vector<std::pair<std::string, std::string>> names;
+    for (const auto* files : {&plan.sources, &plan.targets}) {
+        for (const StagedFile& file : *files) {
+            names.emplace_back(prefix + file.stagedName, file.path.string());
         }
     }
-    return oneLine(text);
+    std::string words;
+    for (std::size_t place = 0; place < text.size();) {
+        const auto named = std::ranges::find_if(names, [&](const auto& each) {
+            return text.compare(place, each.first.size(), each.first) == 0;
+        });
+        if (named == names.end()) {
+            words += text[place++];
+        } else {
+            words += named->second;
+            place += named->first.size();
+        }
+    }
+    return oneLine(words);
 }
 
 std::string convertedText(const Plan& plan) {
@@ -145,26 +165,37 @@ std::error_code reasonIn(int number) {
                : std::error_code{number, std::generic_category()};
 }
 
-} // namespace
-
-StagedResult convertStaged(const Plan& plan, const fs::path& stage) {
-    const Links links{plan, stage};
+/// Calls the export in the stage, where it finds the source and leaves its files.
+StagedResult callExport(const Plan& plan, const fs::path& stage) {
     const Format& format = formatOf(plan.kind);
-    const fs::path folder = asLong(stage, plan);
-    std::string path = (folder / plan.sources.front().stagedName).string();
+    const std::string prefix = prefixFor(plan);
+    std::string path = prefix + plan.sources.front().stagedName;
     std::string message(
         std::max<std::size_t>(path.size() + KORLIT_MESSAGE_ROOM, KORLIT_MESSAGE_MINIMUM), '\0');
     path.resize(path.size() + KORLIT_PATH_ROOM);
+    const CurrentFolder folder{stage};
+    if (folder.error()) {
+        fail(plan, stage, folder.error());
+    }
     const StandardErrorCapture boxes;
     errno = 0;
     StagedResult result{.isConverted = format.convert(path.data(), message.data()) == 1,
                         .reason = reasonIn(errno),
                         .message = message.substr(0, message.find('\0'))};
-    if (result.message.empty()) {
-        result.message = result.isConverted ? convertedText(plan) : boxes.text();
+    result.message = trueText(result.message.empty() ? boxes.text() : result.message, plan, prefix);
+    if (result.isConverted && result.message.empty()) {
+        result.message = convertedText(plan);
     }
-    result.message = trueText(result.message, plan, folder);
-    if (result.isConverted && format.isAndi) {
+    return result;
+}
+
+} // namespace
+
+StagedResult convertStaged(const Plan& plan, const fs::path& stage) {
+    holdSibling();
+    const Links links{plan, stage};
+    StagedResult result = callExport(plan, stage);
+    if (result.isConverted && formatOf(plan.kind).isAndi) {
         countPair(result, plan, stage);
     } else if (result.isConverted) {
         completeAndiFiles(result, plan, stage);

@@ -20,7 +20,7 @@ class StandardInputCopy {
     std::string path() const { return (folder.path() / "standard input").string(); }
 
   private:
-    TemporaryFolder folder{std::filesystem::temp_directory_path()};
+    TemporaryFolder folder;
 };
 
 } // namespace korlit::host
