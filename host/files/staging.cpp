@@ -47,9 +47,12 @@ void holdSibling() {
 std::error_code placeLink(const fs::path& file, const fs::path& link) {
     std::error_code error;
     fs::create_symlink(fs::absolute(file), link, error);
-    const bool hasNoLinks = error == std::errc::operation_not_permitted ||
-                            error == std::errc::operation_not_supported ||
-                            error == std::errc::function_not_supported;
+    // That of a file in a folder as deep as may be is too long for a link.
+    constexpr std::array reasons{std::errc::operation_not_permitted,
+                                 std::errc::operation_not_supported,
+                                 std::errc::function_not_supported, std::errc::filename_too_long};
+    const bool hasNoLinks =
+        std::ranges::any_of(reasons, [&](std::errc each) { return error == each; });
     if (hasNoLinks && fs::exists(file)) {
         fs::copy_file(file, link, error);
         return error;
