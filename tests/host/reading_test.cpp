@@ -94,10 +94,11 @@ TEST_F(PairReading, FindsValuesWhereTheRecordsHaveThem) {
         {{"sli size 2059"}, "Error reading Merivolta file x.sli (cut: 2 of 3 samples are there)"},
         {{"sli size 1856"},
          "Error reading Merivolta file x.sli (cut within its head: 1,856 bytes are there)"},
-        {{"rpt size 583"}, "Error reading Merivolta file x.rpt"},
+        {{"rpt size 583"}, "Error reading Merivolta file x.rpt (cut: 583 of 584 bytes are there)"},
         {{"rpt size 287"},
          "Error reading Merivolta file x.rpt (cut within its head: 287 bytes are there)"},
-        {{"rpt 135 FF FF FF FF"}, "Error reading Merivolta file x.rpt"},
+        {{"rpt 135 FF FF FF FF"},
+         "Error reading Merivolta file x.rpt (it doesn't begin as reports do)"},
     };
     for (const auto& [changes, expected] : cases) {
         EXPECT_EQ(changed(changes), expected);
