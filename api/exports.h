@@ -44,7 +44,8 @@ KORLIT_EXPORT int32_t Andi2Merivolta(char* path, char* message);
 
 /* Converts the Merivolta pair of the slice file at `path` and the report beside it, with the
  * extension .rpt, into an ANDI file with .cdf, which replaces a file of that name. Needs
- * libostrelix.so, which is found beside this library or by the loader's other rules.
+ * libostrelix.so, which is found beside this library, in the folder "korlit" there, or by the
+ * loader's other rules.
  *
  * Returns 1 with the text "Merivolta File converted to <path>." when the file was written, else 0
  * with the reason in `message`. Failures without a text: a file version that libostrelix.so
