@@ -12,17 +12,26 @@ namespace korlit::host {
 namespace {
 
 void addComparisonOptions(CLI::App& command, CompareOptions& options) {
-    const std::vector<std::string> parts{"signal", "peaks", "texts"};
-    command.add_option("--tolerance", options.comparison.tolerance, "Relative; see below")
+    const std::vector<std::string> names{parts::signal, parts::peaks, parts::texts};
+    Tolerance& tolerance = options.comparison.tolerance;
+    command
+        .add_option("--tolerance", tolerance.relative,
+                    "Numbers count as equal within T times the larger")
         ->check(refuseTolerance)
         ->type_name("T");
+    command
+        .add_option("--absolute-tolerance", tolerance.absolute,
+                    "Numbers count as equal within A, for what is near zero")
+        ->check(refuseTolerance)
+        ->type_name("A");
     command
         .add_option("--only", options.comparison.parts,
                     "Compare these parts only, with commas between them")
         ->delimiter(',')
         ->allow_extra_args(false)
-        ->check(CLI::IsMember{parts}.description(""))
+        ->check(CLI::IsMember{names}.description(""))
         ->type_name("PARTS:{signal,peaks,texts}");
+    command.add_flag("--strict", options.isStrict, "Count the expected differences too");
     command.add_option("--channel", options.channel, "Of a run, compare this channel, from 1")
         ->check(CLI::Validator{CLI::PositiveNumber}.description(""))
         ->type_name("N");
@@ -32,15 +41,21 @@ void addComparisonOptions(CLI::App& command, CompareOptions& options) {
 
 void addCompareCommand(CLI::App& app, int& status) {
     const auto options = std::make_shared<CompareOptions>();
-    CLI::App* const command = app.add_subcommand("compare", "Tells in what two data sets differ");
+    CLI::App* const command = app.add_subcommand(
+        "compare", "Tells whether two data sets are the same, and in what they differ");
     command->add_option("A", options->a, "ANDI file, slice file of a pair, or run")
         ->required()
         ->type_name("");
     command->add_option("B", options->b, "The other")->required()->type_name("");
     addComparisonOptions(*command, *options);
     CLI::Option* const json = command->add_flag("--json", options->json, "Print one JSON object");
-    command->add_flag("-q,--quiet", options->quiet, "Print nothing, answer by the exit status")
-        ->excludes(json);
+    CLI::Option* const quiet =
+        command->add_flag("-q,--quiet", options->quiet, "Print nothing, answer by the exit status")
+            ->excludes(json);
+    command
+        ->add_flag("-v,--verbose", options->isVerbose,
+                   "Print a line for each expected difference, not for each rule")
+        ->excludes(quiet);
     command->footer(compareHelp);
     command->callback([options, &status] { status = compareFiles(*options); });
 }

@@ -76,6 +76,9 @@ void addReportOptions(CLI::App& command, ConvertOptions& options) {
                      "Tell what would be done, and touch nothing");
     command.add_flag("--allow-cut", options.isCutAllowed,
                      "Convert runs that lack samples or channels as far as they go");
+    command.add_flag("--verify", options.isVerified,
+                     "Hold what was written against its source, value by value, before it\n"
+                     "comes to its place; anything unexpected is a failure");
     command.add_flag("--sync", options.isSynced,
                      "Have the disk hold each file before it comes to its place");
     command

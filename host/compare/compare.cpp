@@ -1,13 +1,12 @@
 #include "host/compare/compare.h"
 
-#include "host/compare/differences.h"
+#include "host/compare/judgement.h"
+#include "host/files/recognise.h"
 #include "host/text/output.h"
 #include "host/text/utf8.h"
-#include "host/text/wrong_use.h"
 
-#include <algorithm>
+#include <exception>
 #include <iostream>
-#include <optional>
 #include <utility>
 
 namespace korlit::host {
@@ -17,87 +16,86 @@ namespace {
 constexpr int areDifferent = 1;
 constexpr int cannotCompare = 2;
 
-using DataSets = std::vector<DataSet>;
-
-/// Nothing, and words about it, where a file can't be read.
-std::optional<DataSets> setsOf(const std::string& file) {
-    try {
-        return loadDataSets(file);
-    } catch (const std::exception& error) {
-        printFailure(file, error.what());
-        return std::nullopt;
-    }
-}
-
-/// Throws where a run of several channels meets a file that can hold one signal only.
-void checkCounts(const DataSets& a, const DataSets& b) {
-    for (const auto& [run, other] : {std::pair{&a, &b}, std::pair{&b, &a}}) {
-        if (run->size() > 1 && !formatOf(other->front().kind).hasChannels) {
-            throw WrongUse{run->front().source + " has " + std::to_string(run->size()) +
-                           " channels: pick one with --channel N"};
-        }
-    }
-}
-
-std::vector<Difference> differencesOfAll(const DataSets& a, const DataSets& b,
-                                         const Comparison& comparison) {
-    std::vector<Difference> all;
-    if (a.size() != b.size()) {
-        all.push_back(channelDifference(a.size(), b.size()));
-    }
-    for (std::size_t i = 0; i < std::min(a.size(), b.size()); ++i) {
-        for (Difference& each : differencesOf(a[i], b[i], comparison)) {
-            if (std::max(a.size(), b.size()) > 1) {
-                each.words.insert(0, "channel " + std::to_string(i + 1) + ": ");
-                each.json["channel"] = i + 1;
-            }
-            all.push_back(std::move(each));
-        }
-    }
-    return all;
-}
-
-void printLines(const std::vector<Difference>& differences) {
-    for (const Difference& difference : differences) {
-        std::cout << difference.words << '\n';
-    }
-    const std::string count = std::to_string(differences.size());
-    std::cout << (differences.empty()       ? "equal"
-                  : differences.size() == 1 ? "1 difference"
-                                            : count + " differences")
+void printLines(const Judgement& judgement, bool isVerbose) {
+    const Verdict& verdict = judgement.verdict;
+    std::cout << verdict.words()
+              << (judgement.channel > 0 ? " (channel " + std::to_string(judgement.channel) + ")"
+                                        : "")
               << '\n';
+    for (const Change& change : verdict.changes) {
+        if (change.rule == nullptr) {
+            std::cout << "unexpected: " << change.words << '\n';
+        }
+    }
+    for (const auto& [rule, count] : verdict.countsByRule()) {
+        if (!isVerbose) {
+            std::cout << "expected: " << rule->id << ": " << count << ": " << rule->words << '\n';
+            continue;
+        }
+        for (const Change& change : verdict.changes) {
+            if (change.rule == rule) {
+                std::cout << "expected: " << rule->id << ": " << change.words << '\n';
+            }
+        }
+    }
 }
 
-void printJson(const CompareOptions& options, const std::vector<Difference>& differences) {
+Json conversionJson(Way way) {
+    return way == Way::None ? Json{}
+                            : Json{{"from", way == Way::FromAToB ? "a" : "b"},
+                                   {"to", way == Way::FromAToB ? "b" : "a"}};
+}
+
+void printJson(const CompareOptions& options, const Judgement& judgement) {
+    const Verdict& verdict = judgement.verdict;
+    const std::size_t unexpected = verdict.unexpectedCount();
     Json json{{"a", utf8Of(options.a)},
               {"b", utf8Of(options.b)},
-              {"equal", differences.empty()},
+              {"verdict", verdict.isSame() ? "same data" : "other data"},
+              {"words", verdict.words()},
+              {"conversion", conversionJson(judgement.way)},
+              {"channel", judgement.channel > 0 ? Json(judgement.channel) : Json{}},
+              {"points", verdict.points},
+              {"peaks", verdict.peaks},
+              {"expected", verdict.changes.size() - unexpected},
+              {"unexpected", unexpected},
+              {"equal", verdict.changes.empty()},
               {"differences", Json::array()}};
-    for (const Difference& difference : differences) {
-        json["differences"].push_back(difference.json);
+    for (const Change& change : verdict.changes) {
+        json["differences"].push_back(change.json());
     }
     std::cout << jsonLine(json);
+}
+
+/// Reads a file; words about it, and no readings, where that fails.
+Side sideOf(const std::string& file, int channel) {
+    Side side{.file = file, .kind = recognise(file), .channel = channel, .readings = {}};
+    try {
+        side.readings = readingsOf(file, side.kind);
+    } catch (const std::exception& error) {
+        printFailure(file, error.what());
+    }
+    return side;
 }
 
 } // namespace
 
 int compareFiles(const CompareOptions& options) {
-    std::optional<DataSets> a = setsOf(options.a);
-    std::optional<DataSets> b = setsOf(options.b);
-    if (!a || !b) {
+    Side a = sideOf(options.a, options.channel);
+    Side b = sideOf(options.b, options.channel);
+    if (a.readings.empty() || b.readings.empty()) {
         return cannotCompare;
     }
-    pickChannel(*a, options.channel);
-    pickChannel(*b, options.channel);
-    checkCounts(*a, *b);
-    const std::vector<Difference> differences = differencesOfAll(*a, *b, options.comparison);
+    const Judgement judgement = judge(std::move(a), std::move(b), options.comparison);
     if (options.json) {
-        printJson(options, differences);
+        printJson(options, judgement);
     } else if (!options.quiet) {
-        printLines(differences);
+        printLines(judgement, options.isVerbose);
     }
     finishOutput();
-    return differences.empty() ? 0 : areDifferent;
+    const bool isWell =
+        options.isStrict ? judgement.verdict.changes.empty() : judgement.verdict.isSame();
+    return isWell ? 0 : areDifferent;
 }
 
 } // namespace korlit::host

@@ -1,6 +1,8 @@
 // What a comparison looks at.
 #pragma once
 
+#include "host/proof/signal_gap.h"
+
 #include <string>
 #include <vector>
 
@@ -8,8 +10,8 @@ namespace korlit::host {
 
 /// Which parts are looked at, and which numbers count as equal.
 struct Comparison {
-    std::vector<std::string> parts{"signal", "peaks", "texts"};
-    double tolerance = 0; ///< relative to the larger of two numbers
+    std::vector<std::string> parts{parts::signal, parts::peaks, parts::texts};
+    Tolerance tolerance;
 };
 
 } // namespace korlit::host

@@ -58,16 +58,10 @@ Difference ofPeak(Difference difference, std::size_t index) {
     return difference;
 }
 
-bool areEqual(double a, double b, double tolerance) {
-    if (a == b || (std::isnan(a) && std::isnan(b))) {
-        return true;
-    }
-    return std::isfinite(a) && std::isfinite(b) &&
-           std::abs(a - b) <= tolerance * std::max(std::abs(a), std::abs(b));
-}
-
 bool areTimesEqual(double a, double b, const Comparison& comparison) {
-    return areEqual(a, b, std::max(comparison.tolerance, timeTolerance));
+    Tolerance tolerance = comparison.tolerance;
+    tolerance.relative = std::max(tolerance.relative, timeTolerance);
+    return areClose(a, b, tolerance);
 }
 
 // ---- The signal
@@ -78,11 +72,11 @@ struct SampleGap {
     double distance = -1;     ///< between them; infinite if only one of them is a number
 };
 
-SampleGap gapOf(const DataSet& a, const DataSet& b, double tolerance) {
+SampleGap gapOf(const DataSet& a, const DataSet& b, const Tolerance& tolerance) {
     SampleGap gap;
     const std::size_t count = std::min(a.signal.size(), b.signal.size());
     for (std::size_t i = 0; i < count; ++i) {
-        if (areEqual(a.signal[i], b.signal[i], tolerance)) {
+        if (areClose(a.signal[i], b.signal[i], tolerance)) {
             continue;
         }
         const double difference = std::abs(a.signal[i] - b.signal[i]);
@@ -182,7 +176,7 @@ void compareNumbers(Differences& found, const PeakNumber& number, const std::opt
         found.push_back(onOneSide("peaks", number.name, a.has_value()));
     } else if (a && number.isTime && !areTimesEqual(*a, *b, comparison)) {
         found.push_back(onBothSides("peaks", number.name, minutesSide(*a), minutesSide(*b)));
-    } else if (a && !number.isTime && !areEqual(*a, *b, comparison.tolerance)) {
+    } else if (a && !number.isTime && !areClose(*a, *b, comparison.tolerance)) {
         found.push_back(onBothSides("peaks", number.name, sideOf(*a), sideOf(*b)));
     }
 }

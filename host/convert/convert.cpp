@@ -74,6 +74,7 @@ void convertInWorkers(const WorkList& work, const ConvertOptions& options, Repor
     const std::string batch = newBatchName();
     Converter converter{{.existing = options.existing,
                          .isCutAllowed = options.isCutAllowed,
+                         .isVerified = options.isVerified,
                          .isSynced = options.isSynced,
                          .batch = batch}};
     settleFolders(work.targetFolders());

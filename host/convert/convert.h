@@ -16,6 +16,7 @@ struct ConvertOptions {
     Existing existing = Existing::Refuse;
     bool isDryRun = false;     ///< only tells what would be done
     bool isCutAllowed = false; ///< converts runs that lack samples or channels
+    bool isVerified = false;   ///< holds each output against its source
     bool isSynced = false;     ///< has the disk hold what was written
 };
 

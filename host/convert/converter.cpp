@@ -1,6 +1,7 @@
 #include "host/convert/converter.h"
 
 #include "host/convert/delivery.h"
+#include "host/convert/verification.h"
 #include "host/files/broken_files.h"
 #include "host/files/diagnosis.h"
 #include "host/files/staging.h"
@@ -139,7 +140,13 @@ void Converter::convert(const Job& job, std::size_t number, const Decision& deci
     if (format.isAndi) {
         outcome.message += " and " + plan.targets.back().path.string();
     }
-    outcome.losses = lossesOf(plan.source, plan.kind);
+    const Prospect prospect = prospectOf(plan.source, plan.kind);
+    if (options.isVerified) {
+        const Verdict verdict = verdictOfStaged(plan, work->path(), prospect);
+        outcome.verification = verificationOf(verdict);
+        requireSame(verdict);
+    }
+    outcome.losses = lossesOf(prospect);
     Outcome whole = outcome;
     whole.status = JobStatus::Converted;
     put(decision, plan, packOutcome(number, whole));

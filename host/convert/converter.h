@@ -14,6 +14,7 @@ namespace korlit::host {
 struct ConverterOptions {
     Existing existing = Existing::Refuse;
     bool isCutAllowed = false; ///< converts runs that lack samples or channels
+    bool isVerified = false;   ///< holds what was written against its source
     bool isSynced = false;     ///< has the disk hold what was written
     std::string batch{};       ///< tells this batch's deliveries from any other's
 };

@@ -155,6 +155,27 @@ Outcome plannedOutcome(const Decision& decision) {
     return outcome;
 }
 
+namespace {
+
+nlohmann::json packed(const Verification& verification) {
+    nlohmann::json expected = nlohmann::json::array();
+    for (const auto& [id, words, count] : verification.expected) {
+        expected.push_back({id, words, count});
+    }
+    return {verification.verdict, verification.isSame, expected, verification.unexpected};
+}
+
+Verification unpacked(const nlohmann::json& json) {
+    Verification verification{
+        .verdict = json[0], .isSame = json[1], .expected = {}, .unexpected = json[3]};
+    for (const auto& rule : json[2]) {
+        verification.expected.push_back({.id = rule[0], .words = rule[1], .count = rule[2]});
+    }
+    return verification;
+}
+
+} // namespace
+
 std::string packOutcome(std::size_t job, const Outcome& outcome) {
     auto losses = nlohmann::json::array();
     for (const auto& [rule, words] : outcome.losses) {
@@ -167,7 +188,9 @@ std::string packOutcome(std::size_t job, const Outcome& outcome) {
                               losses,
                               outcome.seconds,
                               outcome.points,
-                              outcome.peaks};
+                              outcome.peaks,
+                              outcome.verification ? packed(*outcome.verification)
+                                                   : nlohmann::json{}};
     const auto bytes = nlohmann::json::to_cbor(json);
     return {bytes.begin(), bytes.end()};
 }
@@ -182,6 +205,9 @@ Outcome unpackOutcome(const std::string& text) {
                     .peaks = json[7]};
     for (const auto& loss : json[4]) {
         outcome.losses.push_back({.rule = loss[0], .words = loss[1]});
+    }
+    if (!json[8].is_null()) {
+        outcome.verification = unpacked(json[8]);
     }
     return outcome;
 }

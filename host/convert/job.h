@@ -1,10 +1,12 @@
 // One file of a batch: what is to become of it, and what became of it.
 #pragma once
 
+#include "host/convert/verification.h"
 #include "host/files/plan.h"
 #include "host/proof/losses.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -34,6 +36,7 @@ struct Outcome {
     double seconds = 0;
     std::int64_t points = 0;
     std::int64_t peaks = 0;
+    std::optional<Verification> verification{}; ///< where it was asked for and came so far
 };
 
 /// "converted", "skipped", "failed", "planned".

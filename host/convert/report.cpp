@@ -66,9 +66,39 @@ void printLosses(const std::vector<Loss>& losses, bool isVerbose) {
     }
 }
 
+bool isVerified(const Outcome& outcome) {
+    return outcome.verification && outcome.verification->isSame;
+}
+
+void printVerification(const Verification& verification) {
+    std::cout << "  " << printable(verification.verdict) << '\n';
+    for (const std::string& words : verification.unexpected) {
+        std::cout << "  unexpected: " << printable(words) << '\n';
+    }
+    for (const auto& [id, words, count] : verification.expected) {
+        std::cout << "  expected: " << id << ": " << count << ": " << words << '\n';
+    }
+}
+
+void addVerification(Json& line, const Verification& verification) {
+    Json expected = Json::array();
+    for (const auto& [id, words, count] : verification.expected) {
+        expected.push_back({{"rule", id}, {"words", words}, {"count", count}});
+    }
+    Json unexpected = Json::array();
+    for (const std::string& words : verification.unexpected) {
+        unexpected.push_back(utf8Of(words));
+    }
+    line["verdict"] = verification.isSame ? "same data" : "other data";
+    line["words"] = utf8Of(verification.verdict);
+    line["expected_changes"] = expected;
+    line["unexpected_changes"] = unexpected;
+}
+
 void printLine(const Job& job, const Outcome& outcome, bool isVerbose) {
     std::ostringstream line;
-    line << printable(job.plan.source) << ": " << printable(outcome.message);
+    line << printable(job.plan.source) << ": " << printable(outcome.message)
+         << (isVerified(outcome) ? " (verified)" : "");
     if (isVerbose) {
         line << " (" << std::fixed << std::setprecision(3) << outcome.seconds << " s)";
     }
@@ -78,6 +108,9 @@ void printLine(const Job& job, const Outcome& outcome, bool isVerbose) {
         printNote("warning: " + warning);
     }
     printLosses(outcome.losses, isVerbose);
+    if (isVerbose && outcome.verification) {
+        printVerification(*outcome.verification);
+    }
 }
 
 /// As outputs_bytes, where the text of one alone couldn't be opened; null for the others.
@@ -120,6 +153,9 @@ void printJson(const Job& job, const Outcome& outcome) {
               {"seconds", outcome.seconds},
               {"points", outcome.points},
               {"peaks", outcome.peaks}};
+    if (outcome.verification) {
+        addVerification(line, *outcome.verification);
+    }
     addPathBytes(line, "source", job.plan.source);
     addOutputBytes(line, written);
     std::cout << jsonLine(line);

@@ -17,22 +17,39 @@ double elementAt(const void* elements, std::size_t index) {
     return static_cast<double>(element);
 }
 
-/// Indexed by the type code; null for what is no number.
-constexpr std::array<double (*)(const void*, std::size_t), andiTypes.size()> readers{
-    nullptr,
-    elementAt<std::int8_t>,
-    nullptr,
-    elementAt<std::int16_t>,
-    elementAt<std::int32_t>,
-    elementAt<float>,
-    elementAt<double>,
+template <typename Element>
+void copyElements(const void* elements, std::size_t first, std::span<double> numbers) {
+    for (double& number : numbers) {
+        number = elementAt<Element>(elements, first++);
+    }
+}
+
+struct Readers {
+    double (*numberAt)(const void* elements, std::size_t index);
+    void (*copyFrom)(const void* elements, std::size_t first, std::span<double> numbers);
 };
+
+template <typename Element>
+constexpr Readers readersOf{.numberAt = elementAt<Element>, .copyFrom = copyElements<Element>};
+
+/// Indexed by the type code; null for what is no number.
+constexpr std::array<Readers, andiTypes.size()> readers{{
+    {},
+    readersOf<std::int8_t>,
+    {},
+    readersOf<std::int16_t>,
+    readersOf<std::int32_t>,
+    readersOf<float>,
+    readersOf<double>,
+}};
 
 } // namespace
 
 NumberView::NumberView(AndiType elementType, const void* elements, std::size_t elementCount)
-    : type{elementType}, data{elements}, numberAt{
-                                             readers.at(static_cast<std::size_t>(elementType))} {
+    : type{elementType}, data{elements} {
+    const Readers& ofType = readers.at(static_cast<std::size_t>(elementType));
+    numberAt = ofType.numberAt;
+    copyFrom = ofType.copyFrom;
     count = numberAt == nullptr || elements == nullptr ? 0 : elementCount;
 }
 

@@ -1,4 +1,4 @@
-// NumberView of any type, where they lie.
+// Numbers of any type, where they lie.
 #pragma once
 
 #include "andi/andi_file.h"
@@ -23,6 +23,10 @@ class NumberView {
 
     /// The elements themselves where they are floats at their natural place; none of any others.
     std::span<const float> floats() const;
+    /// Copies as many as there is room for, from `first` on; there must be so many.
+    void copy(std::size_t first, std::span<double> numbers) const {
+        copyFrom(data, first, numbers);
+    }
 
     /// `length` of them from `first` on.
     NumberView part(std::size_t first, std::size_t length) const;
@@ -32,6 +36,7 @@ class NumberView {
     const void* data = nullptr;
     std::size_t count = 0;
     double (*numberAt)(const void* elements, std::size_t index) = nullptr;
+    void (*copyFrom)(const void* elements, std::size_t first, std::span<double> numbers) = nullptr;
 };
 
 } // namespace korlit::host

@@ -31,6 +31,11 @@ struct Expectation {
     std::string words{}; ///< what happens to this one, on one line; empty without a rule
 };
 
+/// Whether a value is kept, so that its rule is no more than a note.
+inline bool isNote(const Expectation& expectation) {
+    return expectation.from && expectation.to && areSame(expectation.source, expectation.target);
+}
+
 /// What one output must hold.
 struct Expectations {
     FileKind kind = FileKind::Unknown; ///< of the output

@@ -80,16 +80,10 @@ std::vector<Loss> lossesOf(const Expectations& expected) {
     return losses;
 }
 
-std::vector<Loss> lossesOf(const std::string& source, FileKind kind) {
-    if (formatOf(kind).isAndi) {
-        return lossesOf(expectedOfPair(readAndi(source)));
-    }
-    if (!formatOf(kind).hasChannels) {
-        return lossesOf(expectedOfAndi(readPair(source), source));
-    }
+std::vector<Loss> lossesOf(const Prospect& prospect) {
     std::vector<std::vector<Loss>> channels;
-    for (const Reading& channel : readRun(source)) {
-        channels.push_back(lossesOf(expectedOfChannel(channel, source)));
+    for (const Expectations& expected : prospect.expected) {
+        channels.push_back(lossesOf(expected));
     }
     return lossesOfAll(channels);
 }

@@ -1,7 +1,7 @@
 // What a user is told of before a conversion, or with it.
 #pragma once
 
-#include "host/proof/expectation.h"
+#include "host/proof/prospect.h"
 
 #include <string>
 #include <vector>
@@ -19,8 +19,7 @@ struct Loss {
 /// the same way, and each only once.
 std::vector<Loss> lossesOf(const Expectations& expected);
 
-/// Those of a conversion of a source; of a run, with their channel unless all channels have them.
-/// Throws a runtime_error where the source can't be read.
-std::vector<Loss> lossesOf(const std::string& source, FileKind kind);
+/// Those of all outputs of a source; of a run, with their channel unless all channels have them.
+std::vector<Loss> lossesOf(const Prospect& prospect);
 
 } // namespace korlit::host

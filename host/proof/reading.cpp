@@ -13,4 +13,17 @@ bool areSame(const Value& a, const Value& b) {
                : a == b;
 }
 
+std::vector<Reading> readingsOf(const std::string& file, FileKind kind) {
+    switch (kind) {
+    case FileKind::Merivolta:
+        return {readPair(file)};
+    case FileKind::Dunvale:
+        return readRun(file);
+    case FileKind::Andi:
+    case FileKind::Unknown:
+        break;
+    }
+    return {readAndi(file)};
+}
+
 } // namespace korlit::host

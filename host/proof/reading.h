@@ -80,4 +80,8 @@ Reading readPair(const std::string& sliceFile);
 /// of records, where it isn't 0; and each text of the time table that isn't empty.
 std::vector<Reading> readRun(const std::string& file);
 
+/// Reads a file of any kind: one data set, of a run one for each channel. What isn't recognised is
+/// taken for ANDI, which has words for it.
+std::vector<Reading> readingsOf(const std::string& file, FileKind kind);
+
 } // namespace korlit::host

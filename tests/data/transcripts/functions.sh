@@ -131,3 +131,12 @@ offered() {
         _korlit
         echo "${COMPREPLY[@]}"' offered "$@"
 }
+
+# Runs the command with a library that changes the last bit of a byte of what it writes: of the file
+# whose name ends so behind the stem of its source, at that place.
+withOddLibrary() {
+    file=$1
+    place=$2
+    shift 2
+    ODD_FILE=$file ODD_PLACE=$place ASAN_OPTIONS=verify_asan_link_order=0 LD_PRELOAD=$ODD_LIBRARY korlit "$@"
+}

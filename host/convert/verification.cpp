@@ -1,0 +1,88 @@
+#include "host/convert/verification.h"
+
+#include "host/files/staging.h"
+
+#include <algorithm>
+#include <stdexcept>
+#include <utility>
+
+namespace korlit::host {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// The words of what went wrong with a staged file, with its true path.
+std::string withTruePath(std::string words, const fs::path& staged, const fs::path& target) {
+    const std::string name = staged.string();
+    for (std::size_t at = words.find(name); at != std::string::npos; at = words.find(name, at)) {
+        words.replace(at, name.size(), target.string());
+        at += target.string().size();
+    }
+    return words;
+}
+
+Reading stagedReading(FileKind kind, const StagedFile& target, const fs::path& stage) {
+    const fs::path staged = stage / target.stagedName;
+    try {
+        return readingsOf(staged.string(), kind).front();
+    } catch (const std::runtime_error& error) {
+        throw std::runtime_error{"Not verified, what was written can't be read: " +
+                                 withTruePath(error.what(), staged, target.path)};
+    }
+}
+
+/// Adds the verdict of a channel to that of the run.
+void join(Verdict& all, Verdict one, int channel) {
+    all.conversion = one.conversion;
+    all.points += one.points;
+    all.peaks += one.peaks;
+    for (Change& change : one.changes) {
+        if (channel > 0) {
+            change.words.insert(0, "channel " + std::to_string(channel) + ": ");
+        }
+        all.changes.push_back(std::move(change));
+    }
+}
+
+} // namespace
+
+Verdict verdictOfStaged(const Plan& plan, const fs::path& stage, const Prospect& prospect) {
+    const bool isRun = formatOf(plan.kind).hasChannels;
+    if (isRun && prospect.expected.size() != plan.targets.size()) {
+        throw std::runtime_error{channelsChangedText};
+    }
+    Verdict all;
+    for (std::size_t i = 0; i < prospect.expected.size(); ++i) {
+        const Expectations& expected = prospect.expected[i];
+        const Reading output = stagedReading(expected.kind, plan.targets[i], stage);
+        join(all, verdictOf(expected, output, {}), isRun ? prospect.sources[i].channel : 0);
+    }
+    return all;
+}
+
+Verification verificationOf(const Verdict& verdict) {
+    constexpr std::size_t mostUnexpected = 100;
+    Verification verification{
+        .verdict = verdict.words(), .isSame = verdict.isSame(), .expected = {}, .unexpected = {}};
+    for (const auto& [rule, count] : verdict.countsByRule()) {
+        verification.expected.push_back(
+            {.id = rule->id, .words = rule->words, .count = static_cast<std::int64_t>(count)});
+    }
+    for (const Change& change : verdict.changes) {
+        if (change.rule == nullptr && verification.unexpected.size() < mostUnexpected) {
+            verification.unexpected.push_back(change.words);
+        }
+    }
+    return verification;
+}
+
+void requireSame(const Verdict& verdict) {
+    const auto first = std::ranges::find(verdict.changes, nullptr, &Change::rule);
+    if (first != verdict.changes.end()) {
+        throw std::runtime_error{"Not verified, " + verdict.words() +
+                                 ", the first: " + first->words};
+    }
+}
+
+} // namespace korlit::host

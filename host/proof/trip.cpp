@@ -1,0 +1,116 @@
+#include "host/proof/trip.h"
+
+#include "host/text/words.h"
+
+#include <map>
+#include <set>
+#include <utility>
+
+namespace korlit::host {
+
+namespace {
+
+bool isChange(const Expectation& step) {
+    return step.rule != nullptr && !isNote(step);
+}
+
+Expectation composed(const Expectation& first, const Expectation& second) {
+    Expectation both{.from = first.from,
+                     .source = first.source,
+                     .to = second.to,
+                     .target = second.target,
+                     .rule = isChange(second) || first.rule == nullptr ? second.rule : first.rule};
+    both.words = joined({isChange(first) ? first.words : "", isChange(second) ? second.words : ""},
+                        "; then ");
+    return both;
+}
+
+using ByKey = std::map<ValueKey, const Expectation*>;
+
+/// The values that aren't there in between: left out by the first step or made by the second.
+void addRest(Expectations& both, const Expectations& first, const Expectations& second) {
+    ByKey leftOut;
+    for (const Expectation& each : first.values) {
+        if (each.from && !each.to) {
+            leftOut.emplace(*each.from, &each);
+        }
+    }
+    for (const Expectation& each : second.values) {
+        if (each.from) {
+            continue;
+        }
+        const auto lost = each.to ? leftOut.find(*each.to) : leftOut.end();
+        both.values.push_back(lost == leftOut.end() ? each : composed(*lost->second, each));
+        if (lost != leftOut.end()) {
+            leftOut.erase(lost);
+        }
+    }
+    for (const auto& [key, each] : leftOut) {
+        both.values.push_back(*each);
+    }
+}
+
+/// Leaves out of the list what was only there in between, and what another value keeps.
+void dropPassing(Expectations& both) {
+    std::set<ValueKey> kept;
+    for (const Expectation& each : both.values) {
+        if (each.from && each.to) {
+            kept.insert(*each.from);
+        }
+    }
+    std::erase_if(both.values, [&](const Expectation& each) {
+        return !each.to && (!each.from || kept.contains(*each.from));
+    });
+}
+
+} // namespace
+
+Reading readingOf(const Expectations& expectations) {
+    Reading reading;
+    reading.kind = expectations.kind;
+    reading.signal = expectations.signal;
+    for (const Expectation& each : expectations.values) {
+        if (each.to && !std::holds_alternative<std::monostate>(each.target)) {
+            reading.entries.push_back({.key = *each.to, .value = each.target});
+        }
+    }
+    return reading;
+}
+
+Expectations composed(const Expectations& first, const Expectations& second) {
+    ByKey inBetween;
+    for (const Expectation& each : first.values) {
+        if (each.to) {
+            inBetween.emplace(*each.to, &each);
+        }
+    }
+    // One of the two is 1: a pair that is written has no other.
+    Expectations both{.kind = second.kind,
+                      .values = {},
+                      .signal = second.signal,
+                      .signalFactor = first.signalFactor * second.signalFactor,
+                      .signalRule =
+                          first.signalRule == nullptr ? second.signalRule : first.signalRule,
+                      .signalWords = joined({first.signalWords, second.signalWords}, "; then ")};
+    for (const Expectation& each : second.values) {
+        if (const auto before = each.from ? inBetween.find(*each.from) : inBetween.end();
+            before != inBetween.end()) {
+            both.values.push_back(composed(*before->second, each));
+        }
+    }
+    addRest(both, first, second);
+    dropPassing(both);
+    return both;
+}
+
+Expectations expectedBehindPair(const Reading& andi, const std::string& sliceFile) {
+    const Expectations pair = expectedOfPair(andi);
+    return composed(pair, expectedOfAndi(readingOf(pair), sliceFile));
+}
+
+Expectations expectedBehindAndi(const Reading& pair, const std::string& sliceFile) {
+    const Expectations andi = expectedOfAndi(pair, sliceFile);
+    return composed(andi, expectedOfPair(readingOf(andi)));
+}
+
+} // namespace korlit::host
