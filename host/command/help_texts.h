@@ -26,8 +26,10 @@ An interrupt or a hang-up ends the conversions that run and begins no new one;
 power: without it the system may write the files to the disk some seconds later.
 
 --json prints the keys source, kind, outputs, result (converted, skipped, failed,
-planned), message, warnings, seconds, points and peaks; source_bytes and outputs_bytes
-have the bytes of paths that aren't UTF-8, in hexadecimal.
+planned), message, warnings, losses, seconds, points and peaks; source_bytes and
+outputs_bytes have the bytes of paths that aren't UTF-8, in hexadecimal. With
+--verify there are verdict (same data, other data), words, expected_changes (rule,
+words, count) and unexpected_changes.
 
 Examples:
   korlit convert run.cdf
@@ -96,32 +98,36 @@ Examples:
   korlit check -q incoming/*.cdf || echo "not all of them conform"
   korlit check --json run.cdf | jq -r '.findings[].rule')";
 
-constexpr const char* compareHelp = R"(Compared are:
-  signal  points, sampling interval, delay time and the samples, counted from 0
-  peaks   the first with the first and so on: names, detection codes, numbers;
-          a column that a side lacks is told once
-  texts   the ANDI attributes that are texts, detector unit, autosampler position
+constexpr const char* compareHelp = R"(Where one of the two can have been made of the other, it is held to what that
+conversion makes of each value, to the last bit. A difference that a rule of the
+conversion explains is expected, every other one is unexpected. The first line is
+the verdict, "same data" or "other data". Then come what is unexpected, a line
+each, and the rules with how many changes each explains; -v has a line for each.
 
-A pair and a run are compared as what they become in an ANDI file. All times are
-compared in minutes, whatever unit a file has them in, and count as equal within
-one part in a million, since seconds and minutes are rounded each in its own way.
-All other numbers, areas too, are compared exactly and as they stand. With
---tolerance T two numbers count as equal if they differ by no more than T times
-the larger of the two; 0.001 is a thousandth. Not a number equals not a number.
+Of a run of several channels the one is taken that fits an ANDI file best, or that
+of --channel. Two files of a kind, and a pair and a run, are compared as they are,
+and all that differs is unexpected, unless one is what a trip to another format
+and back makes of the other. Compared as they are, times count as equal within one
+part in a million. Not compared there are source_file_reference and
+retention_unit.
 
-Not compared are source_file_reference (where a file came from) and
-retention_unit (the unit of times).
+The parts for --only are signal (samples and what goes with them), peaks and texts
+(all else). With both tolerances the wider counts. Not a number equals not a
+number.
 
-Runs are compared channel by channel. A run of several channels is compared with
-another kind of file by --channel.
+--json prints the keys a, b, verdict, words, conversion (from, to; null where they
+are compared as they are), channel, points, peaks, expected and unexpected (how
+many), equal (true without any difference) and differences, each with part, words,
+rule and expected, and from, source, to, target and found where it has them.
 
-The exit status is 0 for equal, 1 for different, 2 where a file can't be read or
-the two can't be compared.
+The exit status is 0 where nothing is unexpected, with --strict where nothing
+differs, else 1, and 2 where a file can't be read or the two can't be compared.
 
 Examples:
   korlit compare run.sli run.cdf
+  korlit compare -v run.dat run3.cdf
   korlit compare --tolerance 0.001 --only peaks old.cdf new.cdf
-  korlit compare --channel 2 run.dat run2.cdf
+  korlit compare --absolute-tolerance 1e-6 old.cdf new.cdf
   korlit compare -q a.cdf b.cdf && echo same)";
 
 } // namespace korlit::host

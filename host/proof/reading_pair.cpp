@@ -8,6 +8,8 @@
 #include <filesystem>
 #include <fstream>
 #include <iomanip>
+#include <map>
+#include <memory>
 #include <span>
 #include <sstream>
 #include <stdexcept>
@@ -16,21 +18,22 @@ namespace korlit::host {
 
 namespace {
 
-/// A file's bytes, and what is left of them when all that was read is wiped out.
+/// A file's bytes, and which of them were read.
 struct FileBytes {
     std::string path;
-    std::string bytes;
-    std::string rest;
+    std::int64_t size = 0;
+    std::unique_ptr<char[]> bytes; // NOLINT(modernize-avoid-c-arrays): nobody sets them beforehand
+    std::map<std::int64_t, std::int64_t> readEnds; ///< of each stretch that was read, by its start
 
     explicit FileBytes(const std::string& file) : path{file} {
         std::error_code error;
-        const auto size = std::filesystem::file_size(file, error);
-        bytes.resize(error ? 0 : size);
+        const auto fileSize = std::filesystem::file_size(file, error);
+        size = error ? 0 : static_cast<std::int64_t>(fileSize);
+        bytes.reset(new char[static_cast<std::size_t>(size)]);
         std::ifstream in{file, std::ios::binary};
-        if (!in.read(bytes.data(), std::ssize(bytes)) || error) {
+        if (!in.read(bytes.get(), size) || error) {
             fail();
         }
-        rest = bytes;
     }
 
     [[noreturn]] void fail() const {
@@ -38,14 +41,15 @@ struct FileBytes {
             withDiagnosis("Error reading Merivolta file " + path, path, FileKind::Merivolta)};
     }
     /// Fails where the file ends ahead of it.
-    const char* at(std::int64_t place, std::int64_t size) const {
-        if (place < 0 || size < 0 || place > std::ssize(bytes) - size) {
+    const char* at(std::int64_t place, std::int64_t length) const {
+        if (place < 0 || length < 0 || place > size - length) {
             fail();
         }
-        return bytes.data() + place;
+        return bytes.get() + place;
     }
-    void wipe(std::int64_t place, std::int64_t size) {
-        std::fill_n(rest.begin() + place, size, '\0');
+    void markRead(std::int64_t place, std::int64_t length) {
+        std::int64_t& end = readEnds[place];
+        end = std::max(end, place + length);
     }
     template <typename Record>
     Record recordAt(std::int64_t place) const {
@@ -88,7 +92,7 @@ Slice foreignSlice(FileBytes& file) {
         throw std::runtime_error{"The version of the file " + file.path + " is not known"};
     }
     slice.dataOffset = offset;
-    file.rest.assign(file.rest.size(), '\0');
+    file.markRead(0, file.size);
     return slice;
 }
 
@@ -118,8 +122,8 @@ void readFields(Reading& reading, FileBytes& file, std::int64_t place, const voi
         const char* field = static_cast<const char*>(record) + each.offset;
         Value value = each.valueAt(field, each.size);
         const auto* text = std::get_if<std::string>(&value);
-        file.wipe(place + static_cast<std::int64_t>(each.offset),
-                  std::ssize(text == nullptr ? std::string(each.size, ' ') : *text));
+        file.markRead(place + static_cast<std::int64_t>(each.offset),
+                      std::ssize(text == nullptr ? std::string(each.size, ' ') : *text));
         reading.entries.push_back({.key = {.part = each.part, .name = each.name, .peak = peak},
                                    .value = std::move(value)});
     }
@@ -132,7 +136,7 @@ void readSlice(Reading& reading, FileBytes& file) {
     reading.signal =
         NumberView{AndiType::Float, file.at(slice.dataOffset, byteCount), slice.header.PointCount};
     reading.signalFactor = slice.header.ScaleFactor;
-    file.wipe(slice.dataOffset, byteCount);
+    file.markRead(slice.dataOffset, byteCount);
 }
 
 void readPeaks(Reading& reading, FileBytes& file, std::int64_t place, int count, bool isLong) {
@@ -159,28 +163,54 @@ void readReport(Reading& reading, FileBytes& file) {
 
 /// "12 bytes of 1a2b3c4d5e6f7081, the first at 114": their count and a digest (FNV-1a) of them and
 /// of their places.
-std::string wordsOfRest(const std::string& rest) {
-    constexpr std::uint64_t start = 0xCBF29CE484222325;
-    constexpr std::uint64_t prime = 0x100000001B3;
-    const auto isUsed = [](char byte) { return byte != '\0'; };
-    const auto first = std::ranges::find_if(rest, isUsed);
-    if (first == rest.end()) {
-        return "";
+class Rest {
+  public:
+    void add(const char* bytes, std::int64_t place, std::int64_t end) {
+        for (; place < end; ++place) {
+            const char byte = bytes[place];
+            digest = (digest ^ static_cast<std::uint8_t>(byte)) * prime;
+            first = byte != '\0' && count == 0 ? place : first;
+            count += byte != '\0' ? 1 : 0;
+        }
     }
-    std::uint64_t digest = start;
-    for (const char byte : rest) {
-        digest = (digest ^ static_cast<std::uint8_t>(byte)) * prime;
+    /// As many zeros.
+    void addZeros(std::int64_t length) {
+        std::uint64_t power = prime;
+        for (; length > 0; length /= 2, power *= power) {
+            digest *= length % 2 == 1 ? power : 1;
+        }
     }
-    std::ostringstream words;
-    words << groupedDigits(std::ranges::count_if(rest, isUsed)) << " bytes of " << std::hex
-          << std::setfill('0') << std::setw(16) << digest << std::dec << ", the first at "
-          << groupedDigits(first - rest.begin());
-    return words.str();
+    std::string words() const {
+        std::ostringstream words;
+        words << groupedDigits(count) << " bytes of " << std::hex << std::setfill('0')
+              << std::setw(16) << digest << std::dec << ", the first at " << groupedDigits(first);
+        return count == 0 ? "" : words.str();
+    }
+
+  private:
+    static constexpr std::uint64_t prime = 0x100000001B3;
+    std::uint64_t digest = 0xCBF29CE484222325;
+    std::int64_t first = 0;
+    std::int64_t count = 0;
+};
+
+/// Of what was not read; what was counts as zeros.
+std::string wordsOfRest(const FileBytes& file) {
+    Rest rest;
+    std::int64_t place = 0;
+    for (const auto& [start, end] : file.readEnds) {
+        rest.add(file.bytes.get(), place, std::min(start, file.size));
+        place = std::max(place, start);
+        rest.addZeros(end - place);
+        place = std::max(place, end);
+    }
+    rest.add(file.bytes.get(), place, file.size);
+    return rest.words();
 }
 
 void addReservedBytes(Reading& reading, const FileBytes& slice, const FileBytes& report) {
-    std::string words = wordsOfRest(slice.rest);
-    if (const std::string more = wordsOfRest(report.rest); !more.empty()) {
+    std::string words = wordsOfRest(slice);
+    if (const std::string more = wordsOfRest(report); !more.empty()) {
         words += (words.empty() ? "" : "; ") + ("in the report " + more);
     }
     if (!words.empty()) {
@@ -201,8 +231,6 @@ Reading readPair(const std::string& sliceFile) {
     readSlice(reading, *slice);
     readReport(reading, report);
     addReservedBytes(reading, *slice, report);
-    slice->rest.clear();
-    slice->rest.shrink_to_fit();
     return reading;
 }
 

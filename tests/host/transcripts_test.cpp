@@ -73,8 +73,8 @@ class Transcripts : public testing::TestWithParam<const char*> {
 
     const std::string environment =
         "PATH=$(dirname " BUILT_COMMAND "):$PATH LIBRARY=" BUILT_LIBRARY " ODD_SYSTEM=" ODD_SYSTEM
-        " LC_ALL=C.UTF-8 TZ=UTC DATA=" LISTINGS " SAMPLES=" SAMPLES " TEST_DATA=" TEST_DATA
-        " FOREIGN=" FOREIGN_ANDI_FILE " SHARED=" SHARED_FILES
+        " ODD_LIBRARY=" ODD_LIBRARY " LC_ALL=C.UTF-8 TZ=UTC DATA=" LISTINGS " SAMPLES=" SAMPLES
+        " TEST_DATA=" TEST_DATA " FOREIGN=" FOREIGN_ANDI_FILE " SHARED=" SHARED_FILES
         " LSAN_OPTIONS=suppressions=" FOREIGN_LEAKS ":print_suppressions=0 ";
     std::unique_ptr<TempFolder> folder;
     Case file;
@@ -111,7 +111,7 @@ TEST_P(Transcripts, GoAsTheyAreWritten) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Of, Transcripts,
-                         testing::Values("check", "compare", "convert", "info", "plot"));
+                         testing::Values("check", "compare", "convert", "info", "plot", "verify"));
 
 } // namespace
 } // namespace korlit
