@@ -98,7 +98,8 @@ Examples:
   korlit check -q incoming/*.cdf || echo "not all of them conform"
   korlit check --json run.cdf | jq -r '.findings[].rule')";
 
-constexpr const char* compareHelp = R"(Where one of the two can have been made of the other, it is held to what that
+constexpr const char* compareHelp =
+    R"(Where one of the two can have been made of the other, it is held to what that
 conversion makes of each value, to the last bit. A difference that a rule of the
 conversion explains is expected, every other one is unexpected. The first line is
 the verdict, "same data" or "other data". Then come what is unexpected, a line
