@@ -17,12 +17,15 @@ class Option;
 
 namespace korlit::host {
 
-/// Adds a command, which leaves its exit status in `status` when it has run.
-void addConvertCommand(CLI::App& app, int& status);
+/// Adds a command, which leaves its exit status in `status` when it has run. `arguments` are those
+/// that the command line has, for whoever keeps them.
+void addConvertCommand(CLI::App& app, const std::vector<std::string>& arguments, int& status);
 void addInfoCommand(CLI::App& app, int& status);
 void addPlotCommand(CLI::App& app, int& status);
 void addCheckCommand(CLI::App& app, int& status);
 void addCompareCommand(CLI::App& app, int& status);
+void addVerifyCommand(CLI::App& app, int& status);
+void addReportCommand(CLI::App& app, int& status);
 
 /// --from, by which a user says what kind the files are.
 void addKindOption(CLI::App& command, FileKind& kind);

@@ -86,6 +86,13 @@ void addReportOptions(CLI::App& command, ConvertOptions& options) {
                     "How many files to convert at a time (default: the processors)")
         ->check(CLI::Range(1, 1024).description(""))
         ->type_name("N");
+    command
+        .add_option("--manifest", options.recording.manifest,
+                    "Append what was done to this file, with the digests of all files")
+        ->type_name("FILE");
+    command.add_option("--report", options.recording.page, "Write a page of it: a .html file")
+        ->check(refusePageName)
+        ->type_name("FILE");
     command.add_flag("--json", options.report.isJson, "Print a JSON object a line for each file");
     auto* quiet = command.add_flag("-q,--quiet", options.report.isQuiet, "Print only what failed");
     command
@@ -95,11 +102,13 @@ void addReportOptions(CLI::App& command, ConvertOptions& options) {
 
 } // namespace
 
-void addConvertCommand(CLI::App& app, int& status) {
+void addConvertCommand(CLI::App& app, const std::vector<std::string>& arguments, int& status) {
     CLI::App* command = app.add_subcommand(
         "convert",
         "Converts ANDI files to Merivolta pairs, and pairs and Dunvale runs to ANDI files");
     const auto options = std::make_shared<ConvertOptions>();
+    options->recording.version = KORLIT_VERSION;
+    options->recording.arguments = arguments;
     addWorkOptions(*command, *options);
     addReportOptions(*command, *options);
     command->footer(convertHelp);

@@ -25,6 +25,11 @@ An interrupt or a hang-up ends the conversions that run and begins no new one;
 --skip-existing takes the rest up again. --sync is for those who fear for the
 power: without it the system may write the files to the disk some seconds later.
 
+--manifest appends a JSON object a line: one for the batch and one for each file,
+with the SHA-256 of its source and of what it became. korlit verify holds files
+against it later, and korlit report makes a page of it. A source that changes while
+it is converted is a failure then. --report writes the page at once.
+
 --json prints the keys source, kind, outputs, result (converted, skipped, failed,
 planned), message, warnings, losses, seconds, points and peaks; source_bytes and
 outputs_bytes have the bytes of paths that aren't UTF-8, in hexadecimal. With
@@ -37,6 +42,7 @@ Examples:
   korlit convert -r archive --to andi --update --dry-run
   korlit convert -r archive --to andi --skip-existing     (take it up again)
   korlit convert run.sli --output exported.cdf
+  korlit convert -r archive --to andi --manifest done.jsonl --report done.html
   find archive -name '*.cdf' -print0 | korlit convert -0 --files-from - --json
 
 Exit status: 0 all were converted, 1 some failed or the output could not be
@@ -130,5 +136,36 @@ Examples:
   korlit compare --tolerance 0.001 --only peaks old.cdf new.cdf
   korlit compare --absolute-tolerance 1e-6 old.cdf new.cdf
   korlit compare -q a.cdf b.cdf && echo same)";
+
+constexpr const char* verifyHelp =
+    R"(A line tells of each file that was converted and of each that came of it: as it
+was, changed, gone, or can't be read. Where a file was recorded several times, the
+last conversion that made it counts, or of a source the last that read it. A line of
+a manifest that was cut by a kill is named and passed over.
+
+With --root DIR a copy of an archive is looked at: what lay below the folder in
+which a batch ran is looked for below DIR, and all else where it was.
+
+--json prints the keys file, state (same, changed, gone, unreadable), words, size
+and sha256, the recorded ones; file_bytes has the bytes of a path that isn't UTF-8,
+in hexadecimal.
+
+Examples:
+  korlit verify done.jsonl
+  korlit verify -q --root /mnt/copy part-*.jsonl
+
+Exit status: 0 all are as they were, 1 some aren't, 2 a manifest can't be read.)";
+
+constexpr const char* reportHelp =
+    R"(The page needs nothing else, neither scripts nor a network: a row for each file
+opens to its chromatogram, what changed, warnings and digests. With scripts its
+rows can be sorted, searched and filtered. Where a file was converted several times
+into the same files, the last one counts. A page replaces a file of its name.
+
+Examples:
+  korlit report done.jsonl -o done.html
+  korlit report part-*.jsonl -o all.html
+
+Exit status: 0 written, 1 the page can't be written, 2 a manifest can't be read.)";
 
 } // namespace korlit::host

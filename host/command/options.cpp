@@ -38,15 +38,16 @@ int refuse(const CLI::App& app, const std::string& words) {
 }
 
 /// The parser of all commands, which leave their exit status in `status`.
-std::unique_ptr<CLI::App> parserInto(int& status) {
+std::unique_ptr<CLI::App> parserInto(int& status, const std::vector<std::string>& arguments) {
     auto app = std::make_unique<CLI::App>(
         "Converts chromatography data between ANDI files and native formats, and looks into "
         "them.",
         "korlit");
     app->set_version_flag("--version", std::string{"korlit "} + KORLIT_VERSION);
     app->require_subcommand(1);
-    for (const auto add :
-         {addConvertCommand, addInfoCommand, addPlotCommand, addCheckCommand, addCompareCommand}) {
+    addConvertCommand(*app, arguments, status);
+    for (const auto add : {addInfoCommand, addPlotCommand, addCheckCommand, addCompareCommand,
+                           addVerifyCommand, addReportCommand}) {
         add(*app, status);
     }
     return app;
@@ -56,12 +57,13 @@ std::unique_ptr<CLI::App> parserInto(int& status) {
 
 CommandInfo commandTree() {
     int status = 0;
-    return infoOf(*parserInto(status));
+    return infoOf(*parserInto(status, {}));
 }
 
 int runCommand(int argumentCount, char** arguments) {
     int status = 0;
-    const std::unique_ptr<CLI::App> app = parserInto(status);
+    const std::unique_ptr<CLI::App> app =
+        parserInto(status, {arguments + 1, arguments + argumentCount});
     try {
         app->parse(argumentCount, arguments);
     } catch (const CLI::ParseError& error) {

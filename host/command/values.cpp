@@ -1,5 +1,6 @@
 #include "host/command/values.h"
 
+#include "host/files/extensions.h"
 #include "host/plot/chart_layout.h"
 #include "host/text/words.h"
 
@@ -26,6 +27,10 @@ bool readCount(std::string_view digits, std::size_t& count) {
 }
 
 } // namespace
+
+std::string refusePageName(const std::string& text) {
+    return hasExtension(text, ".html") ? "" : "a page is a .html file, not " + text;
+}
 
 std::string refuseMinutes(const std::string& text) {
     const auto minutes = numberIn(text);

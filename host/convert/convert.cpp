@@ -70,12 +70,14 @@ void planAll(const WorkList& work, Existing existing, Report& report) {
     }
 }
 
-void convertInWorkers(const WorkList& work, const ConvertOptions& options, Report& report) {
-    const std::string batch = newBatchName();
+void convertInWorkers(const WorkList& work, const ConvertOptions& options, Report& report,
+                      Recording& recording) {
+    const std::string& batch = recording.batchName();
     Converter converter{{.existing = options.existing,
                          .isCutAllowed = options.isCutAllowed,
                          .isVerified = options.isVerified,
                          .isSynced = options.isSynced,
+                         .isRecorded = recording.isAsked(),
                          .batch = batch}};
     settleFolders(work.targetFolders());
     SettledOutcomes settled;
@@ -88,10 +90,12 @@ void convertInWorkers(const WorkList& work, const ConvertOptions& options, Repor
                   .finished =
                       [&](const TaskResult& result) {
                           const Job job = work.job(result.task);
-                          report.add(job, outcomeOf(result, job, batch, settled));
+                          const Outcome outcome = outcomeOf(result, job, batch, settled);
+                          report.add(job, outcome);
+                          recording.add(job, outcome);
                       },
                   .tick = [&] { report.tick(); },
-                  .mayGoOn = [] { return !isInterrupted(); }});
+                  .mayGoOn = [&] { return !isInterrupted() && recording.problem().empty(); }});
 }
 
 } // namespace
@@ -110,13 +114,20 @@ int convertAll(const ConvertOptions& options) {
                   {.jobCount = work.size(),
                    .ignoredCount = work.ignored().size(),
                    .reachedCount = work.reachedCount()}};
+    Recording recording{options.isDryRun ? RecordingOptions{} : options.recording, newBatchName(),
+                        work.size()};
     bool isStopped = false;
     watchInterrupts();
     try {
         options.isDryRun ? planAll(work, options.existing, report)
-                         : convertInWorkers(work, options, report);
+                         : convertInWorkers(work, options, report, recording);
     } catch (const std::system_error& error) {
         std::cerr << "korlit: " << error.what() << '\n';
+        isStopped = true;
+    }
+    recording.end();
+    if (!recording.problem().empty()) {
+        std::cerr << "korlit: " << printable(recording.problem()) << '\n';
         isStopped = true;
     }
     report.end(isInterrupted());

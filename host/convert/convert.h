@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/convert/planning.h"
+#include "host/convert/recording.h"
 #include "host/convert/report.h"
 #include "host/system/processes.h"
 
@@ -12,6 +13,7 @@ namespace korlit::host {
 struct ConvertOptions {
     WorkOptions work;
     ReportOptions report;
+    RecordingOptions recording;
     std::size_t workerCount = processorCount();
     Existing existing = Existing::Refuse;
     bool isDryRun = false;     ///< only tells what would be done

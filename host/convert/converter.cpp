@@ -77,8 +77,9 @@ void lookAtReport(const Plan& plan, Outcome& outcome) {
 Outcome Converter::perform(const Job& job, std::size_t number) {
     const auto start = std::chrono::steady_clock::now();
     Outcome outcome;
+    Witness witness;
     try {
-        decideAndConvert(job, number, outcome);
+        decideAndConvert(job, number, outcome, witness);
     } catch (const fs::filesystem_error& error) {
         outcome.message = wordsOf(error);
     } catch (const std::exception& error) {
@@ -86,12 +87,16 @@ Outcome Converter::perform(const Job& job, std::size_t number) {
     }
     const std::chrono::duration<double> duration = std::chrono::steady_clock::now() - start;
     outcome.seconds = duration.count();
+    if (options.isRecorded && outcome.record.empty()) {
+        outcome.record = witness.line(job, outcome, options.batch);
+    }
     return outcome;
 }
 
 /// Another batch may put the same files in their places meanwhile. Then there is a second look,
 /// which finds them there.
-void Converter::decideAndConvert(const Job& job, std::size_t number, Outcome& outcome) {
+void Converter::decideAndConvert(const Job& job, std::size_t number, Outcome& outcome,
+                                 Witness& witness) {
     const bool isPassingOver =
         options.existing == Existing::Skip || options.existing == Existing::Update;
     constexpr int lastLook = 3;
@@ -99,8 +104,9 @@ void Converter::decideAndConvert(const Job& job, std::size_t number, Outcome& ou
         try {
             const Decision decision = decide(job, options.existing);
             outcome = decision.outcome;
+            witness = {};
             if (decision.isToBegin) {
-                convert(job, number, decision, outcome);
+                convert(job, number, decision, outcome, witness);
             }
             return;
         } catch (const fs::filesystem_error& error) {
@@ -112,9 +118,12 @@ void Converter::decideAndConvert(const Job& job, std::size_t number, Outcome& ou
 }
 
 void Converter::convert(const Job& job, std::size_t number, const Decision& decision,
-                        Outcome& outcome) {
+                        Outcome& outcome, Witness& witness) {
     const Plan& plan = job.plan;
     const Format& format = formatOf(plan.kind);
+    if (options.isRecorded) {
+        witness.begin(plan);
+    }
     if (plan.targets.empty()) {
         outcome.message = refusalOf(plan);
         return;
@@ -143,12 +152,18 @@ void Converter::convert(const Job& job, std::size_t number, const Decision& deci
     const Prospect prospect = prospectOf(plan.source, plan.kind);
     if (options.isVerified) {
         const Verdict verdict = verdictOfStaged(plan, work->path(), prospect);
-        outcome.verification = verificationOf(verdict);
+        outcome.verdict = recorded(verdict);
         requireSame(verdict);
     }
     outcome.losses = lossesOf(prospect);
+    if (options.isRecorded) {
+        witness.end(plan, decision.targets, work->path());
+    }
     Outcome whole = outcome;
     whole.status = JobStatus::Converted;
+    if (options.isRecorded) {
+        whole.record = witness.line(job, whole, options.batch);
+    }
     put(decision, plan, packOutcome(number, whole));
     outcome = whole;
 }

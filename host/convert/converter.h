@@ -3,6 +3,7 @@
 #pragma once
 
 #include "host/convert/job.h"
+#include "host/convert/recording.h"
 #include "host/system/work_folder.h"
 
 #include <map>
@@ -16,6 +17,7 @@ struct ConverterOptions {
     bool isCutAllowed = false; ///< converts runs that lack samples or channels
     bool isVerified = false;   ///< holds what was written against its source
     bool isSynced = false;     ///< has the disk hold what was written
+    bool isRecorded = false;   ///< makes the lines of a manifest
     std::string batch{};       ///< tells this batch's deliveries from any other's
 };
 
@@ -30,8 +32,9 @@ class Converter {
     void end() { work.reset(); }
 
   private:
-    void decideAndConvert(const Job& job, std::size_t number, Outcome& outcome);
-    void convert(const Job& job, std::size_t number, const Decision& decision, Outcome& outcome);
+    void decideAndConvert(const Job& job, std::size_t number, Outcome& outcome, Witness& witness);
+    void convert(const Job& job, std::size_t number, const Decision& decision, Outcome& outcome,
+                 Witness& witness);
     void put(const Decision& decision, const Plan& plan, const std::string& record);
     void prepareWorkFolderIn(const std::filesystem::path& folder);
 

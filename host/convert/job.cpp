@@ -157,21 +157,21 @@ Outcome plannedOutcome(const Decision& decision) {
 
 namespace {
 
-nlohmann::json packed(const Verification& verification) {
+nlohmann::json packed(const RecordedVerdict& verdict) {
     nlohmann::json expected = nlohmann::json::array();
-    for (const auto& [id, words, count] : verification.expected) {
-        expected.push_back({id, words, count});
+    for (const auto& [rule, words, count] : verdict.expected) {
+        expected.push_back({rule, words, count});
     }
-    return {verification.verdict, verification.isSame, expected, verification.unexpected};
+    return {verdict.words, verdict.isSame, expected, verdict.unexpected};
 }
 
-Verification unpacked(const nlohmann::json& json) {
-    Verification verification{
-        .verdict = json[0], .isSame = json[1], .expected = {}, .unexpected = json[3]};
+RecordedVerdict unpacked(const nlohmann::json& json) {
+    RecordedVerdict verdict{
+        .words = json[0], .isSame = json[1], .expected = {}, .unexpected = json[3]};
     for (const auto& rule : json[2]) {
-        verification.expected.push_back({.id = rule[0], .words = rule[1], .count = rule[2]});
+        verdict.expected.push_back({.rule = rule[0], .words = rule[1], .count = rule[2]});
     }
-    return verification;
+    return verdict;
 }
 
 } // namespace
@@ -189,8 +189,8 @@ std::string packOutcome(std::size_t job, const Outcome& outcome) {
                               outcome.seconds,
                               outcome.points,
                               outcome.peaks,
-                              outcome.verification ? packed(*outcome.verification)
-                                                   : nlohmann::json{}};
+                              outcome.record,
+                              outcome.verdict ? packed(*outcome.verdict) : nlohmann::json{}};
     const auto bytes = nlohmann::json::to_cbor(json);
     return {bytes.begin(), bytes.end()};
 }
@@ -202,12 +202,13 @@ Outcome unpackOutcome(const std::string& text) {
                     .warnings = json[3],
                     .seconds = json[5],
                     .points = json[6],
-                    .peaks = json[7]};
+                    .peaks = json[7],
+                    .record = json[8]};
     for (const auto& loss : json[4]) {
         outcome.losses.push_back({.rule = loss[0], .words = loss[1]});
     }
-    if (!json[8].is_null()) {
-        outcome.verification = unpacked(json[8]);
+    if (!json[9].is_null()) {
+        outcome.verdict = unpacked(json[9]);
     }
     return outcome;
 }

@@ -36,7 +36,8 @@ struct Outcome {
     double seconds = 0;
     std::int64_t points = 0;
     std::int64_t peaks = 0;
-    std::optional<Verification> verification{}; ///< where it was asked for and came so far
+    std::optional<RecordedVerdict> verdict{}; ///< where it was asked for and came so far
+    std::string record{}; ///< its line of the manifest, where one is asked for and the worker lived
 };
 
 /// "converted", "skipped", "failed", "planned".

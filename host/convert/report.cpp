@@ -67,30 +67,30 @@ void printLosses(const std::vector<Loss>& losses, bool isVerbose) {
 }
 
 bool isVerified(const Outcome& outcome) {
-    return outcome.verification && outcome.verification->isSame;
+    return outcome.verdict && outcome.verdict->isSame;
 }
 
-void printVerification(const Verification& verification) {
-    std::cout << "  " << printable(verification.verdict) << '\n';
-    for (const std::string& words : verification.unexpected) {
+void printVerdict(const RecordedVerdict& verdict) {
+    std::cout << "  " << printable(verdict.words) << '\n';
+    for (const std::string& words : verdict.unexpected) {
         std::cout << "  unexpected: " << printable(words) << '\n';
     }
-    for (const auto& [id, words, count] : verification.expected) {
-        std::cout << "  expected: " << id << ": " << count << ": " << words << '\n';
+    for (const auto& [rule, words, count] : verdict.expected) {
+        std::cout << "  expected: " << rule << ": " << count << ": " << words << '\n';
     }
 }
 
-void addVerification(Json& line, const Verification& verification) {
+void addVerdict(Json& line, const RecordedVerdict& verdict) {
     Json expected = Json::array();
-    for (const auto& [id, words, count] : verification.expected) {
-        expected.push_back({{"rule", id}, {"words", words}, {"count", count}});
+    for (const auto& [rule, words, count] : verdict.expected) {
+        expected.push_back({{"rule", rule}, {"words", words}, {"count", count}});
     }
     Json unexpected = Json::array();
-    for (const std::string& words : verification.unexpected) {
+    for (const std::string& words : verdict.unexpected) {
         unexpected.push_back(utf8Of(words));
     }
-    line["verdict"] = verification.isSame ? "same data" : "other data";
-    line["words"] = utf8Of(verification.verdict);
+    line["verdict"] = verdict.isSame ? "same data" : "other data";
+    line["words"] = utf8Of(verdict.words);
     line["expected_changes"] = expected;
     line["unexpected_changes"] = unexpected;
 }
@@ -108,8 +108,8 @@ void printLine(const Job& job, const Outcome& outcome, bool isVerbose) {
         printNote("warning: " + warning);
     }
     printLosses(outcome.losses, isVerbose);
-    if (isVerbose && outcome.verification) {
-        printVerification(*outcome.verification);
+    if (isVerbose && outcome.verdict) {
+        printVerdict(*outcome.verdict);
     }
 }
 
@@ -153,8 +153,8 @@ void printJson(const Job& job, const Outcome& outcome) {
               {"seconds", outcome.seconds},
               {"points", outcome.points},
               {"peaks", outcome.peaks}};
-    if (outcome.verification) {
-        addVerification(line, *outcome.verification);
+    if (outcome.verdict) {
+        addVerdict(line, *outcome.verdict);
     }
     addPathBytes(line, "source", job.plan.source);
     addOutputBytes(line, written);

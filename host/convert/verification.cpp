@@ -61,20 +61,20 @@ Verdict verdictOfStaged(const Plan& plan, const fs::path& stage, const Prospect&
     return all;
 }
 
-Verification verificationOf(const Verdict& verdict) {
+RecordedVerdict recorded(const Verdict& verdict) {
     constexpr std::size_t mostUnexpected = 100;
-    Verification verification{
-        .verdict = verdict.words(), .isSame = verdict.isSame(), .expected = {}, .unexpected = {}};
+    RecordedVerdict result{
+        .words = verdict.words(), .isSame = verdict.isSame(), .expected = {}, .unexpected = {}};
     for (const auto& [rule, count] : verdict.countsByRule()) {
-        verification.expected.push_back(
-            {.id = rule->id, .words = rule->words, .count = static_cast<std::int64_t>(count)});
+        result.expected.push_back(
+            {.rule = rule->id, .words = rule->words, .count = static_cast<std::int64_t>(count)});
     }
     for (const Change& change : verdict.changes) {
-        if (change.rule == nullptr && verification.unexpected.size() < mostUnexpected) {
-            verification.unexpected.push_back(change.words);
+        if (change.rule == nullptr && result.unexpected.size() < mostUnexpected) {
+            result.unexpected.push_back(change.words);
         }
     }
-    return verification;
+    return result;
 }
 
 void requireSame(const Verdict& verdict) {

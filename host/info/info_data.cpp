@@ -96,8 +96,7 @@ void printJson(const std::vector<DataSet>& sets) {
               {"kind", formatOf(set.kind).name},
               {"sample", utf8Of(set.text("sample_name"))},
               {"operator", utf8Of(set.text("operator_name"))},
-              {"injection_date",
-               stamp ? stamp->date() + 'T' + stamp->time + stamp->offset : utf8Of(injected)},
+              {"injection_date", stamp ? stamp->isoText() : utf8Of(injected)},
               {"separation_type", utf8Of(set.text("separation_experiment_type"))},
               {"autosampler_position", utf8Of(set.samplePosition)},
               {"channels", Json::array()}};

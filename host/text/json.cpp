@@ -58,6 +58,21 @@ void addPathBytes(Json& object, const std::string& key, const std::string& path)
     object[key + "_bytes"] = bytes;
 }
 
+std::string pathIn(const Json& object, const std::string& key) {
+    const auto found = object.find(key + "_bytes");
+    if (found == object.end()) {
+        return object.at(key);
+    }
+    const std::string digits = *found;
+    std::string path;
+    for (std::size_t i = 0; i + 1 < digits.size(); i += 2) {
+        unsigned byte = 0;
+        std::from_chars(digits.data() + i, digits.data() + i + 2, byte, 16);
+        path += static_cast<char>(byte);
+    }
+    return path;
+}
+
 std::string jsonLine(const Json& value) {
     std::u32string line;
     for (const char32_t character : charactersOf(value.dump())) {

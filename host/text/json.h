@@ -23,6 +23,9 @@ void addPathBytes(Json& object, const std::string& key, const std::string& path)
 /// A line for a file of which nothing can be told but why.
 std::string failureLine(const std::string& file, const std::string& reason);
 
+/// The path that stands under KEY, or its bytes.
+std::string pathIn(const Json& object, const std::string& key);
+
 /// One line in UTF-8. What would steer a terminal is escaped.
 std::string jsonLine(const Json& value);
 

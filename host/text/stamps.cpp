@@ -87,4 +87,13 @@ std::optional<Stamp> stampOrStartIn(std::string_view text) {
                : std::nullopt;
 }
 
+std::string isoText(std::time_t time) {
+    std::tm parts{};
+    localtime_r(&time, &parts);
+    std::array<char, 64> buffer{};
+    std::string text{buffer.data(), std::strftime(buffer.data(), buffer.size(), "%FT%T%z", &parts)};
+    constexpr std::size_t minuteDigits = 2;
+    return text.insert(text.size() - minuteDigits, 1, ':');
+}
+
 } // namespace korlit::host

@@ -1,6 +1,7 @@
 // Date-time stamps such as 20051012083437+0200, for people.
 #pragma once
 
+#include <ctime>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -16,6 +17,8 @@ struct Stamp {
     std::string offset; ///< +02:00
 
     std::string date() const { return year + '-' + month + '-' + day; }
+    /// In ISO 8601.
+    std::string isoText() const { return date() + 'T' + time + offset; }
 };
 
 /// The parts of a stamp; nothing for a text that is none, by its form or by its calendar date, time
@@ -24,5 +27,8 @@ std::optional<Stamp> stampIn(std::string_view text);
 
 /// The same, also of a stamp that ends ahead of its offset, which is empty then.
 std::optional<Stamp> stampOrStartIn(std::string_view text);
+
+/// A time in ISO 8601, in the zone of this machine.
+std::string isoText(std::time_t time);
 
 } // namespace korlit::host

@@ -111,7 +111,8 @@ TEST_P(Transcripts, GoAsTheyAreWritten) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Of, Transcripts,
-                         testing::Values("check", "compare", "convert", "info", "plot", "verify"));
+                         testing::Values("check", "compare", "convert", "info", "manifest", "plot",
+                                         "verify"));
 
 } // namespace
 } // namespace korlit

@@ -140,3 +140,30 @@ withOddLibrary() {
     shift 2
     ODD_FILE=$file ODD_PLACE=$place ASAN_OPTIONS=verify_asan_link_order=0 LD_PRELOAD=$ODD_LIBRARY korlit "$@"
 }
+
+# What korlit verify says, without digests and the folder of the transcript.
+verified() {
+    korlit verify "$@" >.verified
+    status=$?
+    sed -E "s,[^ \"]*/korlit-[A-Za-z0-9]+/,,; s/[0-9a-f]{64}/DIGEST/g" .verified && rm .verified
+    return $status
+}
+
+# What a manifest says of its batches and files, but for what differs from run to run.
+records() {
+    sed -E "s,$PWD,HERE,g"'
+        s/"batch":"[-0-9]+",//; s/"korlit":"[^"]*"/"korlit":"VERSION"/; s/"time":"[0-9-]+T[0-9:]+\+/"time":"TIME+/; s/"machine":"[^"]*"/"machine":"NAME"/
+        s/"sha256":"[0-9a-f]{64}"/"sha256":"DIGEST"/g; s/"outline":\[[0-9,-]*\]/"outline":[...]/g
+        s/("peaks":\[\{[^}]*\}),[^]]*/\1,.../g' "$1"
+}
+
+# All that a manifest has digests of, as sha256sum checks them.
+digests() {
+    grep -o '"path":"[^"]*","size":[0-9]*,"sha256":"[0-9a-f]*"' "$1" |
+        sed -E 's/"path":"([^"]*)","size":[0-9]*,"sha256":"([0-9a-f]*)"/\2  \1/'
+}
+
+# The rows of a page: verdict, sample, points, peaks and file.
+rowsOf() {
+    grep '^<tbody' "$1" | sed -E 's,<svg.*</svg></td></tr>,,; s,</summary>.*,,; s,<[^>]*>+, ,g; s/ +/ /g'
+}
