@@ -155,10 +155,10 @@ void Converter::convert(const Job& job, std::size_t number, const Decision& deci
         outcome.verdict = recorded(verdict);
         requireSame(verdict);
     }
-    outcome.losses = lossesOf(prospect);
     if (options.isRecorded) {
         witness.end(plan, decision.targets, work->path());
     }
+    outcome.losses = lossesOf(prospect);
     Outcome whole = outcome;
     whole.status = JobStatus::Converted;
     if (options.isRecorded) {
