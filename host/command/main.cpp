@@ -1,5 +1,6 @@
 #include "host/command/options.h"
 #include "host/system/standard_streams.h"
+#include "host/text/output.h"
 #include "host/text/utf8.h"
 
 #include <exception>
@@ -26,6 +27,8 @@ int main(int argumentCount, char** arguments) try {
     korlit::host::openStandardStreams();
     std::vector<char*> all = argumentsOf(argumentCount, arguments);
     return korlit::host::runCommand(static_cast<int>(all.size()), all.data());
+} catch (const korlit::host::ReaderGone&) {
+    return 1;
 } catch (const std::exception& error) {
     std::cerr << "korlit: " << korlit::host::printable(error.what()) << '\n';
     return 1;

@@ -1,5 +1,6 @@
 #include "host/system/terminal.h"
 
+#include <poll.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
@@ -11,6 +12,11 @@ bool isOutputTerminal() {
 
 bool isErrorTerminal() {
     return isatty(STDERR_FILENO) == 1;
+}
+
+bool isOutputAbandoned() {
+    pollfd output{.fd = STDOUT_FILENO, .events = POLLOUT, .revents = 0};
+    return poll(&output, 1, 0) == 1 && (output.revents & (POLLERR | POLLHUP)) != 0;
 }
 
 std::size_t terminalWidth() {

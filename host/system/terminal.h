@@ -1,4 +1,4 @@
-// Whether a person looks on.
+// Who looks on.
 #pragma once
 
 #include <cstddef>
@@ -7,6 +7,9 @@ namespace korlit::host {
 
 bool isOutputTerminal();
 bool isErrorTerminal();
+
+/// Whether standard output is a pipe whose reader has gone.
+bool isOutputAbandoned();
 
 /// Columns of the terminal behind standard error; 80 where there is none.
 std::size_t terminalWidth();

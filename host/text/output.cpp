@@ -1,5 +1,6 @@
 #include "host/text/output.h"
 
+#include "host/system/terminal.h"
 #include "host/text/utf8.h"
 
 #include <iostream>
@@ -12,9 +13,13 @@ void printFailure(const std::string& file, const std::string& words) {
 }
 
 void finishOutput() {
-    if (!std::cout.flush()) {
-        throw std::runtime_error{"standard output could not be written"};
+    if (std::cout.flush()) {
+        return;
     }
+    if (isOutputAbandoned()) {
+        throw ReaderGone{};
+    }
+    throw std::runtime_error{"standard output could not be written"};
 }
 
 } // namespace korlit::host
