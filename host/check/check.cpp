@@ -3,8 +3,11 @@
 #include "host/check/phrases.h"
 #include "host/check/template_check.h"
 #include "host/files/diagnosis.h"
+#include "host/files/listing.h"
 #include "host/files/recognise.h"
+#include "host/files/standard_input.h"
 #include "host/proof/losses.h"
+#include "host/system/interrupts.h"
 #include "host/text/json.h"
 #include "host/text/output.h"
 #include "host/text/utf8.h"
@@ -12,7 +15,9 @@
 
 #include <algorithm>
 #include <iostream>
+#include <stdexcept>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace korlit::host {
@@ -20,9 +25,15 @@ namespace korlit::host {
 namespace {
 
 struct CheckedFile {
-    const std::string& name;
+    std::string name;
     Findings findings;
 };
+
+constexpr std::string_view unreadableRule = "unreadable";
+
+Findings unreadable(const std::string& reason) {
+    return {{.severity = Severity::Error, .rule = unreadableRule.data(), .message = reason}};
+}
 
 std::size_t count(const Findings& findings, Severity severity) {
     return static_cast<std::size_t>(std::ranges::count(findings, severity, &Finding::severity));
@@ -43,9 +54,7 @@ Findings check(const std::string& file) {
     }
     AndiImage image;
     if (const std::string reason = load(image, file); !reason.empty()) {
-        return {{.severity = Severity::Error,
-                 .rule = "unreadable",
-                 .message = withDiagnosis(reason, file, kind)}};
+        return unreadable(withDiagnosis(reason, file, kind));
     }
     const Subject subject = subjectOf(image);
     Findings findings = departuresFromTemplate(subject);
@@ -53,6 +62,27 @@ Findings check(const std::string& file) {
         findings.push_back({.severity = Severity::Loss, .rule = loss.rule, .message = loss.words});
     }
     return findings;
+}
+
+Findings checkStandardInput() {
+    try {
+        const StandardInputCopy copy;
+        Findings findings = check(copy.path());
+        for (Finding& each : findings) {
+            each.message = copy.withoutCopy(each.message);
+        }
+        return findings;
+    } catch (const std::runtime_error& error) {
+        return unreadable(error.what());
+    }
+}
+
+CheckedFile checked(const Listing& listing, const ListedFile& file) {
+    const std::string path = listing.pathOf(file);
+    return {.name = shownName(path),
+            .findings = !file.problem.empty()       ? unreadable(file.problem)
+                        : path == standardInputWord ? checkStandardInput()
+                                                    : check(path)};
 }
 
 std::string summary(const Findings& findings) {
@@ -110,23 +140,43 @@ void printJson(const CheckedFile& file) {
     std::cout << jsonLine(object);
 }
 
+void print(const CheckedFile& file, const CheckOptions& options) {
+    const bool isUnreadable =
+        !file.findings.empty() && file.findings.front().rule == unreadableRule;
+    if (options.isJsonLines && isUnreadable) {
+        std::cout << failureLine(file.name, file.findings.front().message);
+    } else if (options.isJson || options.isJsonLines) {
+        printJson(file);
+    } else {
+        printText(file, options.isQuiet);
+    }
+}
+
 } // namespace
 
 int checkFiles(const CheckOptions& options) {
+    Inputs inputs = options.inputs;
+    inputs.from = FileKind::Andi;
+    const Listing listing = listFiles(inputs, {.isStandardInputTaken = true});
+    tellIfNothingFound(listing);
     bool doAllConform = true;
-    for (const std::string& name : options.files) {
-        CheckedFile file{.name = name, .findings = check(name)};
+    watchInterrupts();
+    for (const ListedFile& each : listing.files) {
+        CheckedFile file = checked(listing, each);
         doAllConform = doAllConform && conforms(file.findings);
         if (options.isQuiet) {
-            std::erase_if(file.findings,
-                          [](const Finding& each) { return each.severity == Severity::Loss; });
-            if (file.findings.empty()) {
-                continue;
-            }
+            std::erase_if(file.findings, [](const Finding& finding) {
+                return finding.severity == Severity::Loss;
+            });
         }
-        options.isJson ? printJson(file) : printText(file, options.isQuiet);
+        if (!options.isQuiet || !file.findings.empty()) {
+            print(file, options);
+        }
+        finishOutput();
+        if (isInterrupted()) {
+            return interruptedStatus;
+        }
     }
-    finishOutput();
     return doAllConform ? 0 : 1;
 }
 

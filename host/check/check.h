@@ -1,14 +1,14 @@
 // `korlit check`: what in ANDI files departs from the template, and what a conversion leaves out.
 #pragma once
 
-#include <string>
-#include <vector>
+#include "host/files/inputs.h"
 
 namespace korlit::host {
 
 struct CheckOptions {
-    std::vector<std::string> files;
+    Inputs inputs; ///< of folders, ANDI files alone
     bool isJson = false;
+    bool isJsonLines = false; ///< as JSON, with the reason alone of a file that can't be read
     bool isQuiet = false;
 };
 

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "host/command/command_tree.h"
-#include "host/files/formats.h"
+#include "host/files/inputs.h"
 
 #include <cstddef>
 #include <functional>
@@ -26,6 +26,11 @@ void addCheckCommand(CLI::App& app, int& status);
 void addCompareCommand(CLI::App& app, int& status);
 void addVerifyCommand(CLI::App& app, int& status);
 void addReportCommand(CLI::App& app, int& status);
+
+/// The files and folders that a command takes, told by `description`, and the options about them.
+void addInputOptions(CLI::App& command, Inputs& inputs, const std::string& description);
+/// Throws where nothing was named at all.
+void requireInputs(const Inputs& inputs);
 
 /// --from, by which a user says what kind the files are.
 void addKindOption(CLI::App& command, FileKind& kind);

@@ -13,18 +13,9 @@ namespace {
 
 void addWorkOptions(CLI::App& command, ConvertOptions& options) {
     WorkOptions& work = options.work;
-    command
-        .add_option("PATH", work.paths, "Files, and folders of which what is recognised is taken")
-        ->type_name("");
-    command.add_flag("-r,--recursive", work.isRecursive,
-                     "Take folders with all that lies below, but for what is hidden");
-    command
-        .add_option("--files-from", work.filesFrom,
-                    "Take further paths from the lines of a file; - is standard input")
-        ->type_name("LIST");
-    command.add_flag("-0,--null", work.isZeroSeparated,
-                     "The paths of that file end with NUL characters instead of lines");
-    addKindOption(command, work.from);
+    addInputOptions(command, work.inputs,
+                    "Files, and folders of which what is recognised is taken");
+    addKindOption(command, work.inputs.from);
     addChoice(command,
               {.option = "--to",
                .value = "KIND",
@@ -113,9 +104,7 @@ void addConvertCommand(CLI::App& app, const std::vector<std::string>& arguments,
     addReportOptions(*command, *options);
     command->footer(convertHelp);
     command->callback([options, &status] {
-        if (options->work.paths.empty() && options->work.filesFrom.empty()) {
-            throw CLI::RequiredError{"PATH or --files-from"};
-        }
+        requireInputs(options->work.inputs);
         status = convertAll(*options);
     });
 }

@@ -49,7 +49,11 @@ Exit status: 0 all were converted, 1 some failed or the output could not be
 written, 2 wrong use, 130 interrupted.)";
 
 constexpr const char* infoHelp =
-    R"(--json prints one object per file and line, with the keys file, kind (andi,
+    R"(Of folders, what is of a known kind by its content or its usual extension (.cdf, .sli,
+.run) is shown, and the report of a pair with its slice file; hidden files are passed
+over. A file that can't be read is told on standard error, and the others go on.
+
+--json prints one object per file and line, with the keys file, kind (andi,
 merivolta, dunvale), sample, operator, injection_date (ISO 8601), separation_type,
 autosampler_position and channels. Each channel has detector_unit, points, uniform,
 sampling_interval_s, delay_time_min, run_time_min, minimum and maximum in the
@@ -73,12 +77,26 @@ Examples:
   korlit info --signal run.dat > signal.csv
   korlit info --signal --channel 2 run.dat | head
   korlit info - < run.cdf
-  korlit info --from dunvale run.bin)";
+  korlit info --from dunvale run.bin
+  korlit info -r archive --jsonl | jq -r '[.file, .sample // .error] | @tsv'
+  find . -name '*.cdf' -print0 | korlit info -0 --files-from - --jsonl
+
+Exit status: 0 all were shown, 1 some can't be read or the output could not be
+written, 2 wrong use, 130 interrupted.)";
 
 constexpr const char* plotHelp =
-    "The chart replaces a file of its name. Each channel of a run has a panel of its own, more\n"
-    "than four in columns; peaks have their names or, without one, their retention times. Several\n"
-    "files are drawn over each other, each channel in one panel, without their peaks.\n"
+    "A chart replaces a file of its name, but never one that is to be drawn. Each channel of a "
+    "run\n"
+    "has a panel of its own, more than four in columns; peaks have their names or, without one,\n"
+    "their retention times. Several files are drawn over each other, each channel in one panel,\n"
+    "without their peaks.\n"
+    "\n"
+    "With --output-dir each file has a chart of its own, run.svg after run.cdf; where files of "
+    "one\n"
+    "folder would share it, each keeps its extension, as in run.cdf.svg and run.sli.svg. A file\n"
+    "that can't be drawn is told on standard error, and the others go on. Of folders, what is of "
+    "a\n"
+    "known kind by its content or its usual extension is drawn; hidden files are passed over.\n"
     "\n"
     "A baseline that the file has is red; dashed is one that is only drawn from start to end of a\n"
     "peak. Grey is where the signal has no values.\n"
@@ -89,18 +107,28 @@ constexpr const char* plotHelp =
     "  korlit plot dad.run -o dad.png --width 1600 --from-time 2.5 --to-time 8\n"
     "  korlit plot monday.cdf tuesday.cdf -o both.pdf --paper a4 --ymax 250\n"
     "  korlit plot run.cdf --format png --scale 2 -o - > run.png\n"
+    "  korlit plot -r archive --output-dir charts --format png\n"
     "\n"
-    "Exit status: 0 drawn, 1 failed, 2 wrong use.";
+    "Exit status: 0 all were drawn, 1 some failed or the output could not be written, 2 wrong "
+    "use,\n"
+    "130 interrupted.";
 
 constexpr const char* checkHelp = R"(Each finding is a line "FILE: SEVERITY: words":
   error    a reader fails on it or reads something wrong
   warning  departs from the template and is read nevertheless
   loss     conforms, but a conversion to a Merivolta pair leaves it out
-A file conforms if it has no error and no warning. The exit status is 0 if all files conform, 1 if
-one doesn't or can't be read, 2 for wrong use.
+A file conforms if it has no error and no warning. Of folders, ANDI files are checked: what is one
+by its content or ends in .cdf; hidden files are passed over.
+
+--json prints the keys file, findings (each with severity, rule and message) and conforms. --jsonl
+prints the same, and for a file that can't be read an object with the keys file and error.
+
+The exit status is 0 if all files conform, 1 if one doesn't or can't be read or the output could not
+be written, 2 for wrong use, 130 for an interrupt.
 
 Examples:
   korlit check run.cdf
+  korlit check -r archive --jsonl | jq -r 'select(.conforms != true).file'
   korlit check -q incoming/*.cdf || echo "not all of them conform"
   korlit check --json run.cdf | jq -r '.findings[].rule')";
 

@@ -12,12 +12,10 @@ void addInfoCommand(CLI::App& app, int& status) {
     const auto options = std::make_shared<InfoOptions>();
     CLI::App* const command =
         app.add_subcommand("info", "Shows what files hold: facts, peaks, signal");
-    command
-        ->add_option("FILE", options->files,
-                     "ANDI files, slice files of pairs, runs; - is standard input")
-        ->required()
-        ->type_name("");
-    addKindOption(*command, options->from);
+    addInputOptions(*command, options->inputs,
+                    "ANDI files, slice files of pairs, runs, and folders of them; - is standard\n"
+                    "input");
+    addKindOption(*command, options->inputs.from);
     CLI::Option* const json = command->add_flag("--json", options->json, "Print JSON");
     CLI::Option* const jsonLines =
         command
@@ -35,7 +33,10 @@ void addInfoCommand(CLI::App& app, int& status) {
         ->check(CLI::Validator{CLI::PositiveNumber}.description(""))
         ->type_name("N");
     command->footer(infoHelp);
-    command->callback([options, &status] { status = showFiles(*options); });
+    command->callback([options, &status] {
+        requireInputs(options->inputs);
+        status = showFiles(*options);
+    });
 }
 
 } // namespace korlit::host

@@ -11,6 +11,29 @@ namespace korlit::host {
 
 namespace {
 
+void addOutputOptions(CLI::App& command, PlotOptions& options) {
+    CLI::Option* const output =
+        command
+            .add_option("-o,--output", options.output,
+                        "The chart, of several files over each other: a .svg, .png or .pdf\n"
+                        "file; - is standard output")
+            ->type_name("FILE");
+    command
+        .add_option("-d,--output-dir", options.outputFolder,
+                    "Draw a chart of each file into this folder, which mirrors the folders\n"
+                    "below a folder that was named")
+        ->type_name("DIR")
+        ->excludes(output);
+}
+
+/// Throws where it isn't said what is to be drawn, or where to.
+void requireUse(const PlotOptions& options) {
+    requireInputs(options.inputs);
+    if (options.output.empty() && options.outputFolder.empty()) {
+        throw CLI::RequiredError{"--output or --output-dir"};
+    }
+}
+
 void addSizeOptions(CLI::App& command, PlotOptions& options) {
     constexpr double leastSize = 200;
     constexpr double largestSize = 10000;
@@ -62,22 +85,14 @@ void addPlotCommand(CLI::App& app, int& status) {
     const auto options = std::make_shared<PlotOptions>();
     CLI::App* command = app.add_subcommand("plot", "Draws chromatograms as SVG, PNG or PDF");
     command->footer(plotHelp);
-    command
-        ->add_option("FILE", options->files,
-                     "ANDI files, slice files or runs; - is standard input. Several are drawn "
-                     "over\neach other")
-        ->required()
-        ->type_name("");
-    command
-        ->add_option("-o,--output", options->output,
-                     "The chart: a .svg, .png or .pdf file; - is standard output")
-        ->required()
-        ->type_name("FILE");
+    addInputOptions(*command, options->inputs,
+                    "ANDI files, slice files or runs, and folders of them; - is standard input");
+    addOutputOptions(*command, *options);
     addChoice(*command,
               {.option = "--format",
                .value = "FORMAT",
                .names = chartFormatNames(),
-               .description = "The format, whatever the name of the output"},
+               .description = "The format, whatever the name of the output; svg in a folder"},
               [options](std::size_t i) { options->format = static_cast<ChartFormat>(i); });
     addSizeOptions(*command, *options);
     addAxisOptions(*command, *options);
@@ -87,7 +102,10 @@ void addPlotCommand(CLI::App& app, int& status) {
     command->add_flag("--no-peaks", options->isWithoutPeaks, "Draw the signal alone");
     command->add_option("--title", options->title, "The title, else the sample's name")
         ->type_name("TEXT");
-    command->callback([options, &status] { status = plotFiles(*options); });
+    command->callback([options, &status] {
+        requireUse(*options);
+        status = plotFiles(*options);
+    });
 }
 
 } // namespace korlit::host

@@ -22,6 +22,24 @@ CLI::Option* addChoice(CLI::App& command, const Choice& choice,
         ->type_name(choice.value + ":{" + joined(choice.names, ",") + '}');
 }
 
+void addInputOptions(CLI::App& command, Inputs& inputs, const std::string& description) {
+    command.add_option("PATH", inputs.paths, description)->type_name("");
+    command.add_flag("-r,--recursive", inputs.isRecursive,
+                     "Take folders with all that lies below, but for what is hidden");
+    command
+        .add_option("--files-from", inputs.filesFrom,
+                    "Take further paths from the lines of a file; - is standard input")
+        ->type_name("LIST");
+    command.add_flag("-0,--null", inputs.isZeroSeparated,
+                     "The paths of that file end with NUL characters instead of lines");
+}
+
+void requireInputs(const Inputs& inputs) {
+    if (inputs.paths.empty() && inputs.filesFrom.empty()) {
+        throw CLI::RequiredError{"PATH or --files-from"};
+    }
+}
+
 void addKindOption(CLI::App& command, FileKind& kind) {
     const auto formats = knownFormats();
     Choice choice{.option = "--from",

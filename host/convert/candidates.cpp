@@ -1,17 +1,10 @@
 #include "host/convert/candidates.h"
 
-#include "host/convert/path_list.h"
-#include "host/files/extensions.h"
 #include "host/files/first_sight.h"
-#include "host/files/recognise.h"
-#include "host/system/access.h"
-#include "host/system/file_identity.h"
 
-#include <algorithm>
-#include <map>
-#include <optional>
-#include <set>
-#include <utility>
+#include <filesystem>
+#include <string>
+#include <system_error>
 
 namespace korlit::host {
 
@@ -19,252 +12,55 @@ namespace {
 
 namespace fs = std::filesystem;
 
-struct Entry {
-    std::string name;
-    bool isFolder = false;
-    bool isLink = false;
-    std::string problem; ///< why it isn't known what it is
-};
+/// Whether a conversion of that kind ends where the user wants it to.
+bool isAsked(FileKind kind, Goal goal) {
+    const bool becomesAndi = !formatOf(kind).isAndi;
+    return goal == Goal::Unsaid || becomesAndi == (goal == Goal::Andi);
+}
 
-Entry entryOf(const fs::directory_entry& found) {
+/// A run becomes no pair and is none.
+bool isGoalItself(FileKind kind, Goal goal) {
+    return goal == Goal::Andi ? formatOf(kind).isAndi : formatOf(kind).isFromAndi;
+}
+
+Fate fateOf(const FoundFile& file, Goal goal) {
+    if (isAsked(file.kind, goal)) {
+        return {};
+    }
+    if (!isGoalItself(file.kind, goal)) {
+        return {.way = Fate::Way::Ignored};
+    }
+    const std::string flaw = flawAtFirstSight(file.path, file.kind, file.start);
+    return flaw.empty() ? Fate{.way = Fate::Way::Passed} : Fate{.problem = flaw};
+}
+
+std::string problemOfNamed(const ListedFile& file, Goal goal) {
     std::error_code error;
-    Entry entry{.name = found.path().filename().string(), .problem = {}};
-    entry.isLink = found.is_symlink(error);
-    entry.isFolder = found.is_directory(error);
-    // A link that leads nowhere is a file that can't be opened.
-    entry.problem = error && !entry.isLink ? error.message() : "";
-    return entry;
+    const fs::file_status status = fs::status(file.name, error);
+    if (!fs::exists(status)) {
+        return error && status.type() == fs::file_type::none
+                   ? "Can't read " + file.name + ": " + error.message()
+                   : "There is no file " + file.name;
+    }
+    return isAsked(file.kind, goal)
+               ? ""
+               : std::string{"Not converted: it is of the kind "} + formatOf(file.kind).name +
+                     ", and --to asks for what becomes " +
+                     (goal == Goal::Andi ? "an ANDI file" : "a pair");
 }
-
-/// All but the hidden ones, sorted.
-std::vector<Entry> entriesOf(const fs::path& folder, std::error_code& error) {
-    std::vector<Entry> entries;
-    for (auto each = fs::directory_iterator{folder, error}; !error && each != fs::end(each);
-         each.increment(error)) {
-        if (!each->path().filename().native().starts_with('.')) {
-            entries.push_back(entryOf(*each));
-        }
-    }
-    std::ranges::sort(entries, {}, &Entry::name);
-    return entries;
-}
-
-/// The format whose sources have a second file of such a name; null if there is none.
-const Format* formatOfCompanion(const std::string& file) {
-    const auto found = std::ranges::find_if(knownFormats(), [&](const Format& each) {
-        return each.companionExtension != nullptr && hasExtension(file, each.companionExtension);
-    });
-    return found == knownFormats().end() ? nullptr : &*found;
-}
-
-class Collector {
-  public:
-    explicit Collector(const WorkOptions& workOptions) : options{workOptions} {}
-
-    /// What is named counts as such in folders that are listed, too.
-    void noteNamed(const fs::path& path) {
-        std::error_code ignored;
-        if (!fs::is_directory(path, ignored)) {
-            if (const auto place = placeOf(path)) {
-                named.emplace(*place, false);
-            }
-        }
-    }
-
-    void add(const std::string& path) {
-        std::error_code error;
-        const fs::file_status status = fs::status(path, error);
-        if (fs::is_directory(status)) {
-            addFolder({.path = path, .below = {}});
-        } else if (!isTakenNow(path)) {
-            return;
-        } else if (!fs::exists(status)) {
-            addProblem(path, error && status.type() == fs::file_type::none
-                                 ? "Can't read " + path + ": " + error.message()
-                                 : "There is no file " + path);
-        } else {
-            addNamed(path);
-        }
-    }
-
-    Candidates candidates;
-
-  private:
-    using Place = std::pair<FileIdentity, std::string>; ///< the folder, and the name in it
-
-    std::optional<Place> placeOf(const fs::path& file) {
-        const fs::path folder = file.parent_path();
-        auto identity = parents.find(folder);
-        if (identity == parents.end()) {
-            identity = parents.emplace(folder, identityOf(folder.empty() ? "." : folder)).first;
-        }
-        return identity->second ? std::optional{Place{*identity->second, file.filename().string()}}
-                                : std::nullopt;
-    }
-
-    /// Whether a file that was named comes for the first time, by this way or another to its
-    /// folder.
-    bool isTakenNow(const fs::path& file) {
-        const auto place = placeOf(file);
-        return !place || !std::exchange(named[*place], true);
-    }
-
-    /// Whether a conversion of that kind ends where the user wants it to.
-    bool isAsked(FileKind kind) const {
-        const bool becomesAndi = !formatOf(kind).isAndi;
-        return options.to == Goal::Unsaid || becomesAndi == (options.to == Goal::Andi);
-    }
-
-    /// A run becomes no pair and is none.
-    bool isGoalItself(FileKind kind) const {
-        return options.to == Goal::Andi ? formatOf(kind).isAndi : formatOf(kind).isFromAndi;
-    }
-
-    void addNamed(const std::string& file) {
-        const FileStart start = startOf(file);
-        const Format* companion = formatOfCompanion(file);
-        if (companion != nullptr && !isKnown(options.from) && !isKnown(recognise(file, start))) {
-            addProblem(file, std::string{"Of a "} + companion->title + " the " +
-                                 companion->usualExtension + " file is to be named");
-            return;
-        }
-        const FileKind kind = isKnown(options.from) ? options.from : kindToConvert(file, start);
-        candidates.files.push_back({.name = file,
-                                    .folder = 0,
-                                    .kind = kind,
-                                    .channelCount = channelsOf(kind, start),
-                                    .isFound = false,
-                                    .problem = isAsked(kind) ? "" : goalProblem(kind)});
-    }
-
-    static std::uint8_t channelsOf(FileKind kind, const FileStart& start) {
-        return static_cast<std::uint8_t>(formatOf(kind).channelCount(start));
-    }
-
-    std::string goalProblem(FileKind kind) const {
-        return std::string{"Not converted: it is of the kind "} + formatOf(kind).name +
-               ", and --to asks for what becomes " +
-               (options.to == Goal::Andi ? "an ANDI file" : "a pair");
-    }
-
-    void addProblem(const std::string& path, const std::string& problem, FileKind kind = {}) {
-        candidates.files.push_back(
-            {.name = path, .folder = 0, .kind = kind, .isFound = true, .problem = problem});
-    }
-
-    void ignore(const std::string& path, const std::string& reason) {
-        candidates.ignored.push_back(path + ": " + reason);
-    }
-
-    /// Once, whichever way leads there first.
-    void addFolder(const CandidateFolder& folder) {
-        const auto identity = identityOf(folder.path);
-        if (identity && !listed.insert(*identity).second) {
-            return;
-        }
-        candidates.folders.push_back(folder);
-        std::error_code error;
-        const std::vector<Entry> entries = entriesOf(folder.path, error);
-        if (error) {
-            addProblem(folder.path.string(),
-                       "Can't read the folder " + folder.path.string() + ": " + error.message());
-        }
-        const auto number = static_cast<std::uint32_t>(candidates.folders.size() - 1);
-        for (const Entry& entry : entries) {
-            const std::string path = folder.path / entry.name;
-            if (!entry.problem.empty()) {
-                addProblem(path, "Can't read " + path + ": " + entry.problem);
-            } else if (entry.isFolder) {
-                addSubfolder(path, folder.below / entry.name, entry.isLink);
-            } else if (!identity || !named.contains({*identity, entry.name})) {
-                addFound(number, entry.name, path);
-            }
-        }
-    }
-
-    void addSubfolder(const std::string& path, const fs::path& below, bool isLink) {
-        std::error_code ignored;
-        if (isLink) {
-            ignore(path, "a link to a folder, name it to have it converted");
-        } else if (!options.isRecursive) {
-            ignore(path, "a folder, -r takes what lies below");
-        } else if (!options.outputFolder.empty() &&
-                   fs::equivalent(path, options.outputFolder, ignored)) {
-            // What an earlier batch has written there is not its own input.
-            ignore(path, "the folder of the outputs");
-        } else {
-            addFolder({.path = path, .below = below});
-        }
-    }
-
-    void addFound(std::uint32_t folder, const std::string& name, const std::string& path) {
-        const FileStart start = startOf(path);
-        const FileKind kind = kindFound(path, start);
-        const Format* companion = isKnown(kind) ? nullptr : formatOfCompanion(path);
-        if (companion != nullptr) {
-            addCompanion(path, *companion);
-        } else if (!isKnown(kind)) {
-            const std::string reason = openProblem(path);
-            ignore(path, "of no known kind" + (reason.empty() ? "" : " (" + reason + ")"));
-        } else if (isKnown(options.from) && kind != options.from) {
-            ignore(path, std::string{"of the kind "} + formatOf(kind).name);
-        } else if (isAsked(kind)) {
-            candidates.files.push_back({.name = name,
-                                        .folder = folder,
-                                        .kind = kind,
-                                        .channelCount = channelsOf(kind, start),
-                                        .isFound = true,
-                                        .problem = {}});
-        } else if (isGoalItself(kind)) {
-            addReached(path, kind, start);
-        } else {
-            ignore(path, std::string{"of the kind "} + formatOf(kind).name);
-        }
-    }
-
-    void addReached(const std::string& path, FileKind kind, const FileStart& start) {
-        const std::string flaw = flawAtFirstSight(path, kind, start);
-        if (flaw.empty()) {
-            ++candidates.reachedCount;
-        } else {
-            addProblem(path, flaw, kind);
-        }
-    }
-
-    /// It belongs to the file of its source that is converted. One without is half a source.
-    void addCompanion(const std::string& path, const Format& format) {
-        std::error_code ignored;
-        if (fs::exists(besideWith(path, format.usualExtension), ignored)) {
-            return;
-        }
-        if (isKnown(options.from) && options.from != format.kind) {
-            ignore(path, std::string{"half a "} + format.title);
-        } else {
-            addProblem(path,
-                       std::string{"Half a "} + format.title + ": there is no " +
-                           format.usualExtension + " file beside it",
-                       format.kind);
-        }
-    }
-
-    const WorkOptions& options;
-    std::map<fs::path, std::optional<FileIdentity>> parents;
-    std::map<Place, bool> named; ///< with whether it is in the list
-    std::set<FileIdentity> listed;
-};
 
 } // namespace
 
-Candidates candidatesOf(const WorkOptions& options) {
-    Collector collector{options};
-    const std::vector<std::string> paths = pathsOf(options);
-    for (const std::string& path : paths) {
-        collector.noteNamed(path);
+Listing candidatesOf(const WorkOptions& options) {
+    Listing listing = listFiles(
+        options.inputs, {.fateOf = [&](const FoundFile& file) { return fateOf(file, options.to); },
+                         .outputFolder = options.outputFolder});
+    for (ListedFile& file : listing.files) {
+        if (!file.isFound && file.problem.empty()) {
+            file.problem = problemOfNamed(file, options.to);
+        }
     }
-    for (const std::string& path : paths) {
-        collector.add(path);
-    }
-    return std::move(collector.candidates);
+    return listing;
 }
 
 } // namespace korlit::host

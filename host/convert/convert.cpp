@@ -17,8 +17,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int interruptedStatus = 130;
-
 /// What no other batch has, on this machine or on another.
 std::string newBatchName() {
     std::random_device random;
@@ -40,7 +38,7 @@ void settleFolders(const std::set<fs::path>& folders) {
 /// The folders that were named, of which the list is made.
 std::set<fs::path> namedFolders(const WorkOptions& options) {
     std::set<fs::path> folders{options.outputFolder};
-    for (const std::string& path : options.paths) {
+    for (const std::string& path : options.inputs.paths) {
         std::error_code ignored;
         if (fs::is_directory(path, ignored)) {
             folders.insert(path);

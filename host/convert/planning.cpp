@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <cstdint>
 #include <map>
-#include <stdexcept>
 
 namespace korlit::host {
 
@@ -17,9 +16,9 @@ namespace {
 namespace fs = std::filesystem;
 
 /// What folders hold goes one way, and the user says which.
-void refuseBothDirections(const std::vector<Candidate>& files) {
+void refuseBothDirections(const std::vector<ListedFile>& files) {
     std::map<FileKind, std::size_t> counts;
-    for (const Candidate& each : files) {
+    for (const ListedFile& each : files) {
         if (each.isFound && each.problem.empty()) {
             ++counts[each.kind];
         }
@@ -89,18 +88,10 @@ std::uint64_t hashOf(const std::string& path) {
     return hash;
 }
 
-Candidates candidatesOrWrongUse(const WorkOptions& options) {
-    try {
-        return candidatesOf(options);
-    } catch (const std::runtime_error& error) {
-        throw WrongUse{error.what()};
-    }
-}
-
 } // namespace
 
 WorkList listWork(const WorkOptions& options) {
-    Candidates candidates = candidatesOrWrongUse(options);
+    Listing candidates = candidatesOf(options);
     if (options.to == Goal::Unsaid) {
         refuseBothDirections(candidates.files);
     }
@@ -113,12 +104,12 @@ WorkList listWork(const WorkOptions& options) {
     return work;
 }
 
-WorkList::WorkList(Candidates candidatesToConvert, const WorkOptions& workOptions)
+WorkList::WorkList(Listing candidatesToConvert, const WorkOptions& workOptions)
     : candidates{std::move(candidatesToConvert)}, options{workOptions} {}
 
 Job WorkList::job(std::size_t number) const {
-    const Candidate& candidate = candidates.files[number];
-    const fs::path source = sourceOf(candidate);
+    const ListedFile& candidate = candidates.files[number];
+    const fs::path source = candidates.pathOf(candidate);
     if (!candidate.problem.empty()) {
         return {.plan = {.source = source, .kind = candidate.kind}, .problem = candidate.problem};
     }
@@ -136,7 +127,7 @@ Job WorkList::job(std::size_t number) const {
 
 std::set<fs::path> WorkList::targetFolders() const {
     std::set<fs::path> folders;
-    for (const Candidate& each : candidates.files) {
+    for (const ListedFile& each : candidates.files) {
         if (each.problem.empty()) {
             folders.insert(targetFolderOf(each));
         }
@@ -149,21 +140,17 @@ void WorkList::setProblem(std::size_t number, const std::string& words) {
 }
 
 void WorkList::takeShard() {
-    std::erase_if(candidates.files, [&](const Candidate& candidate) {
-        return hashOf(sourceOf(candidate)) % options.shardCount != options.shard - 1;
+    std::erase_if(candidates.files, [&](const ListedFile& candidate) {
+        return hashOf(candidates.pathOf(candidate)) % options.shardCount != options.shard - 1;
     });
 }
 
-fs::path WorkList::sourceOf(const Candidate& candidate) const {
-    return candidates.folders[candidate.folder].path / candidate.name;
-}
-
-fs::path WorkList::targetFolderOf(const Candidate& candidate) const {
+fs::path WorkList::targetFolderOf(const ListedFile& candidate) const {
     if (!options.output.empty()) {
         return options.output.parent_path();
     }
     return options.outputFolder.empty()
-               ? sourceOf(candidate).parent_path()
+               ? candidates.pathOf(candidate).parent_path()
                : options.outputFolder / candidates.folders[candidate.folder].below;
 }
 

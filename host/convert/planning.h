@@ -16,7 +16,7 @@ namespace korlit::host {
 /// The jobs of a batch. Each is made when it is asked for: there may be very many.
 class WorkList {
   public:
-    WorkList(Candidates candidatesToConvert, const WorkOptions& workOptions);
+    WorkList(Listing candidatesToConvert, const WorkOptions& workOptions);
 
     std::size_t size() const { return candidates.files.size(); }
     Job job(std::size_t number) const;
@@ -27,17 +27,16 @@ class WorkList {
     /// Files and folders in folders that are not converted, with the reason.
     const std::vector<std::string>& ignored() const { return candidates.ignored; }
     /// How many files in folders are of the kind asked for already.
-    std::size_t reachedCount() const { return candidates.reachedCount; }
+    std::size_t reachedCount() const { return candidates.passedCount; }
 
     void setProblem(std::size_t number, const std::string& words);
     /// Keeps one part of them, chosen by each path's own hash.
     void takeShard();
 
   private:
-    std::filesystem::path sourceOf(const Candidate& candidate) const;
-    std::filesystem::path targetFolderOf(const Candidate& candidate) const;
+    std::filesystem::path targetFolderOf(const ListedFile& candidate) const;
 
-    Candidates candidates;
+    Listing candidates;
     const WorkOptions& options; ///< must outlive the list
 };
 

@@ -131,20 +131,14 @@ std::vector<DataSet> loadNamed(const std::string& path, const std::string& name,
 }
 
 std::vector<DataSet> loadStandardInput(FileKind kind) {
-    constexpr const char* name = "standard input";
     const StandardInputCopy copy;
     if ((isKnown(kind) ? kind : recognise(copy.path())) == FileKind::Merivolta) {
         throw std::runtime_error{"a pair is two files, and can't come through standard input"};
     }
     try {
-        return loadNamed(copy.path(), name, kind);
+        return loadNamed(copy.path(), shownName(standardInputWord), kind);
     } catch (const std::runtime_error& error) {
-        // The words are about the copy, of which nobody knows.
-        std::string words = error.what();
-        if (const std::size_t place = words.find(copy.path()); place != std::string::npos) {
-            words.replace(place, copy.path().size(), name);
-        }
-        throw std::runtime_error{words};
+        throw std::runtime_error{copy.withoutCopy(error.what())};
     }
 }
 

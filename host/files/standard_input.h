@@ -11,6 +11,9 @@ namespace korlit::host {
 /// The word that stands for it among the names of files.
 constexpr const char* standardInputWord = "-";
 
+/// What people call the file of that name.
+std::string shownName(const std::string& file);
+
 /// A file with all that standard input holds, for as long as this lives.
 class StandardInputCopy {
   public:
@@ -18,6 +21,8 @@ class StandardInputCopy {
     StandardInputCopy();
 
     std::string path() const { return (folder.path() / "standard input").string(); }
+    /// Words about the copy as words about what it is a copy of.
+    std::string withoutCopy(std::string words) const;
 
   private:
     TemporaryFolder folder;

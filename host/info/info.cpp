@@ -1,7 +1,10 @@
 #include "host/info/info.h"
 
+#include "host/data/listed_data.h"
+#include "host/files/standard_input.h"
 #include "host/info/info_data.h"
 #include "host/info/info_page.h"
+#include "host/system/interrupts.h"
 #include "host/text/json.h"
 #include "host/text/output.h"
 #include "host/text/wrong_use.h"
@@ -12,6 +15,10 @@ namespace korlit::host {
 
 namespace {
 
+bool isForPeople(const InfoOptions& options) {
+    return !options.json && !options.isJsonLines && !options.peaks && !options.signal;
+}
+
 void show(const std::vector<DataSet>& sets, const InfoOptions& options) {
     const auto print = options.json || options.isJsonLines ? printJson
                        : options.peaks                     ? printPeaks
@@ -20,35 +27,42 @@ void show(const std::vector<DataSet>& sets, const InfoOptions& options) {
     print(sets);
 }
 
+void showFailure(const std::string& name, const std::string& reason, const InfoOptions& options) {
+    if (options.isJsonLines) {
+        std::cout << failureLine(name, reason);
+    } else {
+        printFailure(name, reason);
+    }
+}
+
 } // namespace
 
 int showFiles(const InfoOptions& options) {
-    if ((options.peaks || options.signal) && options.files.size() > 1) {
+    const Listing listing = listFiles(options.inputs, {.isStandardInputTaken = true});
+    if ((options.peaks || options.signal) && listing.files.size() > 1) {
         throw WrongUse{"--peaks and --signal take one file only"};
     }
-    const bool isForPeople =
-        !options.json && !options.isJsonLines && !options.peaks && !options.signal;
+    tellIfNothingFound(listing);
     int status = 0;
     bool isFirst = true;
-    for (const std::string& file : options.files) {
+    watchInterrupts();
+    for (const ListedFile& file : listing.files) {
         try {
-            std::vector<DataSet> sets = loadDataSets(file, options.from);
-            pickChannel(sets, options.channel);
-            std::cout << (isForPeople && !isFirst ? "\n" : "");
+            const std::vector<DataSet> sets = loadListed(listing, file, options.channel);
+            std::cout << (isForPeople(options) && !isFirst ? "\n" : "");
             show(sets, options);
             isFirst = false;
         } catch (const WrongUse&) {
             throw;
         } catch (const std::exception& error) {
-            if (options.isJsonLines) {
-                std::cout << failureLine(file, error.what());
-            } else {
-                printFailure(file, error.what());
-            }
+            showFailure(shownName(listing.pathOf(file)), error.what(), options);
             status = 1;
         }
+        finishOutput();
+        if (isInterrupted()) {
+            return interruptedStatus;
+        }
     }
-    finishOutput();
     return status;
 }
 

@@ -1,16 +1,12 @@
 // `korlit info`: what files hold.
 #pragma once
 
-#include "host/files/recognise.h"
-
-#include <string>
-#include <vector>
+#include "host/files/inputs.h"
 
 namespace korlit::host {
 
 struct InfoOptions {
-    std::vector<std::string> files;
-    FileKind from = FileKind::Unknown;
+    Inputs inputs;
     bool json = false;
     bool peaks = false;
     bool signal = false;

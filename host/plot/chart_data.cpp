@@ -93,14 +93,14 @@ Range timesToShow(const PlotOptions& options, const AllSets& sets, bool isInMinu
         return widened(all);
     }
     if (!isInMinutes) {
-        throw std::runtime_error{options.files.front() +
+        throw std::runtime_error{sets.front()->source +
                                  " has no sampling interval, so that no minutes " +
                                  "can be chosen with --from-time and --to-time"};
     }
     const Range shown{.from = options.from.value_or(all.from), .to = options.to.value_or(all.to)};
     if (known && (shown.from > all.to || shown.to < all.from)) {
         throw std::runtime_error{"nothing to draw with --from-time and --to-time: the signal of " +
-                                 options.files.front() + " goes from " + spanText(all)};
+                                 sets.front()->source + " goes from " + spanText(all)};
     }
     return widened(shown);
 }
@@ -169,7 +169,7 @@ std::string titleOf(const PlotOptions& options, const std::vector<std::vector<Da
     return files.size() > 1
                ? firstOf({options.title, std::to_string(files.size()) + " chromatograms"})
                : firstOf({options.title, first.text("sample_name"), first.text("experiment_title"),
-                          std::filesystem::path{options.files.front()}.filename().string()});
+                          std::filesystem::path{first.source}.filename().string()});
 }
 
 } // namespace

@@ -1,8 +1,11 @@
 #include "host/plot/plot.h"
 
-#include "host/data/data_set.h"
+#include "host/data/listed_data.h"
+#include "host/files/standard_input.h"
 #include "host/plot/chart_data.h"
 #include "host/plot/chart_file.h"
+#include "host/plot/chart_places.h"
+#include "host/system/interrupts.h"
 #include "host/text/output.h"
 #include "host/text/utf8.h"
 #include "host/text/words.h"
@@ -34,9 +37,12 @@ void refuseWrongUse(const PlotOptions& options, ChartFormat format) {
     if (options.scale != 1 && format != ChartFormat::Png) {
         throw WrongUse{"--scale: is for charts in PNG; others have no pixels"};
     }
-    for (const std::string& file : options.files) {
+}
+
+void refuseSource(const Listing& listing, const fs::path& output) {
+    for (const ListedFile& file : listing.files) {
         std::error_code error;
-        if (fs::equivalent(file, options.output, error)) {
+        if (fs::equivalent(listing.pathOf(file), output, error)) {
             throw WrongUse{"--output: is the file that is to be drawn"};
         }
     }
@@ -44,22 +50,15 @@ void refuseWrongUse(const PlotOptions& options, ChartFormat format) {
 
 /// The format that was asked for, or that of the output's name.
 ChartFormat formatFor(const PlotOptions& options) {
+    if (!options.outputFolder.empty()) {
+        return options.format.value_or(ChartFormat::Svg);
+    }
     if (const auto format = options.format ? options.format : chartFormatOf(options.output)) {
         return *format;
     }
     throw WrongUse{options.output == "-"
                        ? "--output: standard output needs --format"
                        : "--output: a chart is a .svg, .png or .pdf file, not " + options.output};
-}
-
-/// All data sets of a file, or of a run the channel that was asked for.
-std::vector<DataSet> setsOf(const std::string& file, int channel) {
-    std::vector<DataSet> sets = loadDataSets(file);
-    if (sets.empty()) {
-        throw std::runtime_error{file + " has no channels"};
-    }
-    pickChannel(sets, channel);
-    return sets;
 }
 
 void warnOfMissingPictures(Chart& chart) {
@@ -76,24 +75,74 @@ void warnOfMissingPictures(Chart& chart) {
     std::cerr << "korlit: " << words << '\n';
 }
 
+void draw(const PlotOptions& options, const std::vector<std::vector<DataSet>>& files,
+          const ChartTarget& target) {
+    Chart chart = chartOf(options, files);
+    warnOfMissingPictures(chart);
+    writeChart(chart, target);
+    if (target.file != "-") {
+        std::vector<std::string> names;
+        for (const std::vector<DataSet>& sets : files) {
+            names.push_back(sets.front().source);
+        }
+        std::cout << printable(joined(names, ", ")) << ": Wrote chart "
+                  << printable(target.file.string()) << std::endl;
+    }
+}
+
+int drawTogether(const PlotOptions& options, const Listing& listing, ChartFormat format) {
+    refuseSource(listing, options.output);
+    std::vector<std::vector<DataSet>> files;
+    for (const ListedFile& file : listing.files) {
+        if (!file.problem.empty()) {
+            throw std::runtime_error{listing.pathOf(file).string() + ": " + file.problem};
+        }
+        files.push_back(loadListed(listing, file, options.channel));
+    }
+    if (files.empty()) {
+        throw std::runtime_error{"there is nothing to draw"};
+    }
+    draw(options, files, {.format = format, .scale = options.scale, .file = options.output});
+    return 0;
+}
+
+int drawEach(const PlotOptions& options, const Listing& listing, ChartFormat format) {
+    const std::vector<ChartPlace> places = chartPlaces(listing, options.outputFolder, format);
+    tellIfNothingFound(listing);
+    int status = 0;
+    watchInterrupts();
+    for (std::size_t i = 0; i < places.size() && !isInterrupted(); ++i) {
+        const ListedFile& file = listing.files[i];
+        try {
+            if (!places[i].problem.empty()) {
+                throw std::runtime_error{places[i].problem};
+            }
+            const std::vector<DataSet> sets = loadListed(listing, file, options.channel);
+            std::error_code ignored; // a chart can't be written then, and its words say why
+            fs::create_directories(places[i].file.parent_path(), ignored);
+            draw(options, {sets},
+                 {.format = format, .scale = options.scale, .file = places[i].file});
+        } catch (const WrongUse&) {
+            throw;
+        } catch (const std::exception& error) {
+            printFailure(shownName(listing.pathOf(file)), error.what());
+            status = 1;
+        }
+    }
+    return isInterrupted() ? interruptedStatus : status;
+}
+
 } // namespace
 
 int plotFiles(const PlotOptions& options) {
     const ChartFormat format = formatFor(options);
     refuseWrongUse(options, format);
-    std::vector<std::vector<DataSet>> files;
-    for (const std::string& file : options.files) {
-        files.push_back(setsOf(file, options.channel));
-    }
-    Chart chart = chartOf(options, files);
-    warnOfMissingPictures(chart);
-    writeChart(chart, {.format = format, .scale = options.scale, .file = options.output});
-    if (options.output != "-") {
-        std::cout << printable(joined(options.files, ", ")) << ": Wrote chart "
-                  << printable(options.output) << '\n';
-    }
+    const Listing listing = listFiles(
+        options.inputs, {.outputFolder = options.outputFolder, .isStandardInputTaken = true});
+    const auto drawAll = options.outputFolder.empty() ? drawTogether : drawEach;
+    const int status = drawAll(options, listing, format);
     finishOutput();
-    return 0;
+    return status;
 }
 
 } // namespace korlit::host

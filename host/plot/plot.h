@@ -1,18 +1,19 @@
 // `korlit plot`: chromatograms as a chart.
 #pragma once
 
+#include "host/files/inputs.h"
 #include "host/plot/chart_file.h"
 
 #include <filesystem>
 #include <optional>
 #include <string>
-#include <vector>
 
 namespace korlit::host {
 
 struct PlotOptions {
-    std::vector<std::string> files; ///< drawn over each other if there are several
-    std::string output;             ///< "-" is standard output
+    Inputs inputs;
+    std::string output; ///< of all files, drawn over each other; "-" is standard output
+    std::filesystem::path outputFolder; ///< in place of that, for a chart of each file
     std::optional<ChartFormat> format;
     double width = 1000;
     std::optional<double> height;
@@ -26,8 +27,9 @@ struct PlotOptions {
     std::string title;
 };
 
-/// Draws the files and tells where the chart is. Answers 0, or 1 where they can't be drawn, which
-/// is told on standard error. Throws WrongUse for options that don't go together.
+/// Draws the files and tells where the charts are. Answers 0, or 1 where some can't be drawn, which
+/// is told on standard error. Throws WrongUse for options that don't go together, and a
+/// runtime_error where the one chart of all can't be drawn.
 int plotFiles(const PlotOptions& options);
 
 } // namespace korlit::host

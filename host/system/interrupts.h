@@ -3,6 +3,9 @@
 
 namespace korlit::host {
 
+/// The exit status of a command that one has ended.
+constexpr int interruptedStatus = 130;
+
 /// From now on an interrupt is only noted.
 void watchInterrupts();
 bool isInterrupted();

@@ -167,3 +167,27 @@ digests() {
 rowsOf() {
     grep '^<tbody' "$1" | sed -E 's,<svg.*</svg></td></tr>,,; s,</summary>.*,,; s,<[^>]*>+, ,g; s/ +/ /g'
 }
+
+# The folder "d" with one file at least of each kind, whole and broken, and what is none.
+assorted() {
+    mkdir -p d/sub d/far
+    cp "$SAMPLES"/gc_run.* "$SAMPLES"/hplc_run.cdf "$SAMPLES"/dad_run.run d
+    cp d/gc_run.sli d/sub/half.sli
+    cp d/gc_run.rpt d/far/lone.rpt
+    head -c 9000 d/hplc_run.cdf >d/cut.cdf
+    cp d/hplc_run.cdf d/far/kept.old
+    cp d/hplc_run.cdf d/.hidden.cdf
+    echo x >d/notes.txt
+    ln -s sub d/link
+}
+
+# The first two keys of each object on a line.
+twoKeys() {
+    sed -E 's/^(."[^"]*":"[^"]*","[^"]*":"[^"]*").*/\1/'
+}
+
+# Runs the command when whoever reads its output has gone, and prints its status.
+unread() {
+    { sleep 0.1; korlit "$@"; echo $? >status; } | true
+    cat status
+}

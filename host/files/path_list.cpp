@@ -1,10 +1,11 @@
-#include "host/convert/path_list.h"
+#include "host/files/path_list.h"
+
+#include "host/text/wrong_use.h"
 
 #include <cerrno>
 #include <cstdio>
 #include <fstream>
 #include <iostream>
-#include <stdexcept>
 #include <system_error>
 
 namespace korlit::host {
@@ -25,29 +26,29 @@ std::vector<std::string> readPaths(std::istream& in, bool isZeroSeparated) {
 }
 
 [[noreturn]] void refuse(const std::string& list) {
-    throw std::runtime_error{"Can't read " + list + ": " + std::generic_category().message(errno)};
+    throw WrongUse{"Can't read " + list + ": " + std::generic_category().message(errno)};
 }
 
 } // namespace
 
-std::vector<std::string> pathsOf(const WorkOptions& options) {
-    std::vector<std::string> paths = options.paths;
-    if (options.filesFrom.empty()) {
+std::vector<std::string> pathsOf(const Inputs& inputs) {
+    std::vector<std::string> paths = inputs.paths;
+    if (inputs.filesFrom.empty()) {
         return paths;
     }
-    const bool isStandardInput = options.filesFrom == "-";
+    const bool isStandardInput = inputs.filesFrom == "-";
     std::ifstream file;
     if (!isStandardInput) {
-        file.open(options.filesFrom);
+        file.open(inputs.filesFrom);
         if (!file) {
-            refuse(options.filesFrom);
+            refuse(inputs.filesFrom);
         }
     }
     const std::vector<std::string> further =
-        readPaths(isStandardInput ? std::cin : file, options.isZeroSeparated);
+        readPaths(isStandardInput ? std::cin : file, inputs.isZeroSeparated);
     // A folder can be opened, and shows what it is when it is read.
     if (isStandardInput ? std::ferror(stdin) != 0 : file.bad()) {
-        refuse(isStandardInput ? "standard input" : options.filesFrom);
+        refuse(isStandardInput ? "standard input" : inputs.filesFrom);
     }
     paths.insert(paths.end(), further.begin(), further.end());
     return paths;
