@@ -163,6 +163,9 @@ int checkFiles(const CheckOptions& options) {
     watchInterrupts();
     for (const ListedFile& each : listing.files) {
         CheckedFile file = checked(listing, each);
+        if (isInterrupted()) {
+            return interruptedStatus;
+        }
         doAllConform = doAllConform && conforms(file.findings);
         if (options.isQuiet) {
             std::erase_if(file.findings, [](const Finding& finding) {
@@ -173,9 +176,6 @@ int checkFiles(const CheckOptions& options) {
             print(file, options);
         }
         finishOutput();
-        if (isInterrupted()) {
-            return interruptedStatus;
-        }
     }
     return doAllConform ? 0 : 1;
 }

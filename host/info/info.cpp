@@ -55,7 +55,10 @@ int showFiles(const InfoOptions& options) {
         } catch (const WrongUse&) {
             throw;
         } catch (const std::exception& error) {
-            showFailure(shownName(listing.pathOf(file)), error.what(), options);
+            // What an interrupt has cut short is no failure.
+            if (!isInterrupted()) {
+                showFailure(shownName(listing.pathOf(file)), error.what(), options);
+            }
             status = 1;
         }
         finishOutput();

@@ -125,7 +125,9 @@ int drawEach(const PlotOptions& options, const Listing& listing, ChartFormat for
         } catch (const WrongUse&) {
             throw;
         } catch (const std::exception& error) {
-            printFailure(shownName(listing.pathOf(file)), error.what());
+            if (!isInterrupted()) {
+                printFailure(shownName(listing.pathOf(file)), error.what());
+            }
             status = 1;
         }
     }
