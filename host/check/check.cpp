@@ -29,10 +29,10 @@ struct CheckedFile {
     Findings findings;
 };
 
-constexpr std::string_view unreadableRule = "unreadable";
+constexpr const char* unreadableRule = "unreadable";
 
 Findings unreadable(const std::string& reason) {
-    return {{.severity = Severity::Error, .rule = unreadableRule.data(), .message = reason}};
+    return {{.severity = Severity::Error, .rule = unreadableRule, .message = reason}};
 }
 
 std::size_t count(const Findings& findings, Severity severity) {
@@ -142,7 +142,7 @@ void printJson(const CheckedFile& file) {
 
 void print(const CheckedFile& file, const CheckOptions& options) {
     const bool isUnreadable =
-        !file.findings.empty() && file.findings.front().rule == unreadableRule;
+        !file.findings.empty() && std::string_view{file.findings.front().rule} == unreadableRule;
     if (options.isJsonLines && isUnreadable) {
         std::cout << failureLine(file.name, file.findings.front().message);
     } else if (options.isJson || options.isJsonLines) {
