@@ -45,6 +45,19 @@ void addWorkOptions(CLI::App& command, ConvertOptions& options) {
         ->type_name("I/N");
 }
 
+/// A flag, which takes a value only behind an equals sign: what follows it is a path.
+void addResampleOption(CLI::App& command, ConvertOptions& options) {
+    const auto text = std::make_shared<std::string>();
+    command
+        .add_flag("--resample{usual}", *text,
+                  "Bring samples that aren't equidistant, and the total ion chromatograms of\n"
+                  "mass spectrometers, to equal distances: =MS milliseconds, else the median")
+        ->check(refuseInterval)
+        ->each([&options, text](const std::string& value) {
+            options.resampleMs = readIntervalMs(value).value_or(0);
+        });
+}
+
 void addReportOptions(CLI::App& command, ConvertOptions& options) {
     const auto existing = [&options](Existing value) {
         return [&options, value] { options.existing = value; };
@@ -67,6 +80,7 @@ void addReportOptions(CLI::App& command, ConvertOptions& options) {
                      "Tell what would be done, and touch nothing");
     command.add_flag("--allow-cut", options.isCutAllowed,
                      "Convert runs that lack samples or channels as far as they go");
+    addResampleOption(command, options);
     command.add_flag("--verify", options.isVerified,
                      "Hold what was written against its source, value by value, before it\n"
                      "comes to its place; anything unexpected is a failure");

@@ -30,6 +30,12 @@ with the SHA-256 of its source and of what it became. korlit verify holds files
 against it later, and korlit report makes a page of it. A source that changes while
 it is converted is a failure then. --report writes the page at once.
 
+A pair holds samples at equal distances. --resample brings others there along straight
+lines between them, at the times that the file gives for them (raw_data_retention, or
+scan_acquisition_time of a mass spectrometer, of whose spectra the total ion
+chromatogram is kept); the line tells how far the signal is from the new samples at
+most. The first sample starts the signal of a pair, which has no delay.
+
 --json prints the keys source, kind, outputs, result (converted, skipped, failed,
 planned), message, warnings, losses, seconds, points and peaks; source_bytes and
 outputs_bytes have the bytes of paths that aren't UTF-8, in hexadecimal. With
@@ -55,8 +61,8 @@ over. A file that can't be read is told on standard error, and the others go on.
 
 --json prints one object per file and line, with the keys file, kind (andi,
 merivolta, dunvale), sample, operator, injection_date (ISO 8601), separation_type,
-autosampler_position and channels. Each channel has detector_unit, points, uniform,
-sampling_interval_s, delay_time_min, run_time_min, minimum and maximum in the
+autosampler_position and channels. Each channel has detector_unit, points, total_ion
+(of a mass spectrometer), uniform, sampling_interval_s (the middle one if they differ), delay_time_min, run_time_min, minimum and maximum in the
 detector unit with minimum_time_min and maximum_time_min, and peaks, whose keys
 are the columns of --peaks. A number that a file doesn't have, or that is none,
 is null.
@@ -68,7 +74,8 @@ file and error.
 columns time_min and value in the detector unit; a run has the column channel
 ahead of them. Times are minutes from injection, areas and heights stand as in an
 ANDI file of the data. Numbers have a decimal point and all digits that a float
-has. Times of samples that aren't uniform are left empty.
+has. Times of samples that aren't uniform are those that the file
+gives for them, or are left empty.
 
 Examples:
   korlit info run.cdf

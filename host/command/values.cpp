@@ -1,5 +1,6 @@
 #include "host/command/values.h"
 
+#include "host/data/resampling.h"
 #include "host/files/extensions.h"
 #include "host/plot/chart_layout.h"
 #include "host/text/words.h"
@@ -48,11 +49,23 @@ std::string refuseTolerance(const std::string& text) {
                                                                      : text + " is no tolerance";
 }
 
+std::string refuseInterval(const std::string& text) {
+    return text == "usual" || readIntervalMs(text) ? "" : "must be milliseconds from 1 to 32767";
+}
+
 bool readShard(const std::string& text, std::size_t& shard, std::size_t& count) {
     const std::string_view all{text};
     const std::size_t slash = all.find('/');
     return slash != std::string_view::npos && readCount(all.substr(0, slash), shard) &&
            readCount(all.substr(slash + 1), count) && shard >= 1 && shard <= count;
+}
+
+std::optional<std::int16_t> readIntervalMs(const std::string& text) {
+    std::size_t ms = 0;
+    return readCount(text, ms) && ms >= std::size_t{shortestIntervalMs} &&
+                   ms <= std::size_t{longestIntervalMs}
+               ? std::optional{static_cast<std::int16_t>(ms)}
+               : std::nullopt;
 }
 
 std::string alternatives(const std::vector<std::string>& words) {

@@ -2,6 +2,8 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -12,9 +14,13 @@ std::string refusePageName(const std::string& text);
 std::string refuseMinutes(const std::string& text);
 std::string refuseAxisEnd(const std::string& text);
 std::string refuseTolerance(const std::string& text);
+std::string refuseInterval(const std::string& text);
 
 /// Reads "2/5", the second of five parts. False for what is none.
 bool readShard(const std::string& text, std::size_t& shard, std::size_t& count);
+
+/// The milliseconds between samples that a pair can hold; nothing for any other text.
+std::optional<std::int16_t> readIntervalMs(const std::string& text);
 
 /// "andi, merivolta or dunvale", of two words at least.
 std::string alternatives(const std::vector<std::string>& words);

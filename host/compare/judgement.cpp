@@ -1,8 +1,11 @@
 #include "host/compare/judgement.h"
 
 #include "host/compare/differences.h"
+#include "host/data/resampled_file.h"
+#include "host/proof/prospect.h"
 #include "host/proof/stamp_zone.h"
 #include "host/proof/trip.h"
+#include "host/system/temporary_folder.h"
 #include "host/text/wrong_use.h"
 
 #include <algorithm>
@@ -90,6 +93,15 @@ std::string pathAtConversion(const std::string& source, const Reading& andi) {
     return fs::path{written}.filename() == fs::path{source}.filename() ? written : source;
 }
 
+/// The interval of a pair; 0 where it has none that samples could be brought to.
+std::int16_t intervalMsOf(const Reading& pair) {
+    const auto found = std::ranges::find(
+        pair.entries, ValueKey{.part = parts::signal, .name = "SampleIntervalMs"}, &Entry::key);
+    const auto* ms = found == pair.entries.end() ? nullptr : std::get_if<double>(&found->value);
+    return ms == nullptr || *ms < shortestIntervalMs ? std::int16_t{0}
+                                                     : static_cast<std::int16_t>(*ms);
+}
+
 /// What is expected of an output, by the kinds of the two; nothing where no way leads there.
 std::optional<Expectations> expectedOf(const Reading& source, const std::string& sourceFile,
                                        const Reading& output) {
@@ -139,6 +151,26 @@ void addWays(std::vector<Judgement>& ways, Way way, const Side& source, const Si
     }
 }
 
+/// Where a pair may have been made of a file whose samples aren't equidistant.
+void addResampledWay(std::vector<Judgement>& ways, Way way, const Side& source, const Side& output,
+                     const Comparison& comparison) {
+    if (!formatOf(source.kind).isAndi || output.kind != FileKind::Merivolta) {
+        return;
+    }
+    const Reading& held = output.readings.front();
+    const TemporaryFolder folder;
+    const std::string file = (folder.path() / "resampled").string();
+    const auto resampling = writeResampled(source.file, intervalMsOf(held), file);
+    if (!resampling) {
+        return;
+    }
+    const Prospect prospect = prospectOfResampled(file, *resampling);
+    Judgement judgement{.verdict = verdictOf(prospect.expected.front(), held, comparison.tolerance),
+                        .way = way};
+    judgement.verdict.keepOnly(comparison.parts);
+    ways.push_back(std::move(judgement));
+}
+
 bool areToBeComparedAsTheyAre(const Side& a, const Side& b) {
     return a.kind == b.kind || (!formatOf(a.kind).isAndi && !formatOf(b.kind).isAndi);
 }
@@ -156,6 +188,8 @@ Judgement judge(Side a, Side b, const Comparison& comparison) {
     if (ways.empty() || !ways.front().verdict.isSame()) {
         addWays(ways, Way::FromAToB, a, b, comparison);
         addWays(ways, Way::FromBToA, b, a, comparison);
+        addResampledWay(ways, Way::FromAToB, a, b, comparison);
+        addResampledWay(ways, Way::FromBToA, b, a, comparison);
     }
     return std::move(*std::ranges::min_element(ways, isExplainedBetter));
 }

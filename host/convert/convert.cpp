@@ -74,6 +74,7 @@ void convertInWorkers(const WorkList& work, const ConvertOptions& options, Repor
     Converter converter{{.existing = options.existing,
                          .isCutAllowed = options.isCutAllowed,
                          .isVerified = options.isVerified,
+                         .resampleMs = options.resampleMs,
                          .isSynced = options.isSynced,
                          .isRecorded = recording.isAsked(),
                          .batch = batch}};

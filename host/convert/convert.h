@@ -7,6 +7,8 @@
 #include "host/system/processes.h"
 
 #include <cstddef>
+#include <cstdint>
+#include <optional>
 
 namespace korlit::host {
 
@@ -19,7 +21,9 @@ struct ConvertOptions {
     bool isDryRun = false;     ///< only tells what would be done
     bool isCutAllowed = false; ///< converts runs that lack samples or channels
     bool isVerified = false;   ///< holds each output against its source
-    bool isSynced = false;     ///< has the disk hold what was written
+    /// To which interval samples that aren't equidistant are brought; 0 for the usual one.
+    std::optional<std::int16_t> resampleMs{};
+    bool isSynced = false; ///< has the disk hold what was written
 };
 
 /// Converts and reports. Answers 0 if all were converted, 1 if some failed, 130 for an interrupt.

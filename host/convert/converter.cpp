@@ -1,6 +1,7 @@
 #include "host/convert/converter.h"
 
 #include "host/convert/delivery.h"
+#include "host/convert/resampled_source.h"
 #include "host/convert/verification.h"
 #include "host/files/broken_files.h"
 #include "host/files/diagnosis.h"
@@ -62,6 +63,13 @@ std::string refusalOf(const Plan& plan) {
     const TemporaryFolder stage;
     const StagedResult result = convertStaged(plan, stage.path());
     return withDiagnosis(result.message, plan, result.reason);
+}
+
+/// Why a file wasn't converted, and what would help.
+std::string refusedWords(const Plan& plan, const StagedResult& result) {
+    const std::string advice = formatOf(plan.kind).isAndi ? resamplingAdvice(plan.source) : "";
+    return advice.empty() ? withDiagnosis(result.message, plan, result.reason)
+                          : result.message + " (" + advice + ")";
 }
 
 /// Any file of some size is taken for a report.
@@ -132,10 +140,11 @@ void Converter::convert(const Job& job, std::size_t number, const Decision& deci
         lookAtRun(plan, options.isCutAllowed, outcome);
     }
     prepareWorkFolderIn(folderOf(plan));
-    const StagedResult result = convertStaged(plan, work->path());
-    outcome.message = result.message;
+    const ResampledSource source{plan, options.resampleMs, work->path()};
+    const StagedResult result = convertStaged(source.plan(), work->path());
+    outcome.message = source.withTruePath(result.message);
     if (!result.isConverted) {
-        outcome.message = withDiagnosis(result.message, plan, result.reason);
+        outcome.message = refusedWords(plan, result);
         return;
     }
     if (format.hasChannels) {
@@ -149,7 +158,8 @@ void Converter::convert(const Job& job, std::size_t number, const Decision& deci
     if (format.isAndi) {
         outcome.message += " and " + plan.targets.back().path.string();
     }
-    const Prospect prospect = prospectOf(plan.source, plan.kind);
+    outcome.resampling = source.resampling();
+    const Prospect prospect = source.prospect();
     if (options.isVerified) {
         const Verdict verdict = verdictOfStaged(plan, work->path(), prospect);
         outcome.verdict = recorded(verdict);

@@ -6,6 +6,7 @@
 #include "host/convert/recording.h"
 #include "host/system/work_folder.h"
 
+#include <cstdint>
 #include <map>
 #include <optional>
 #include <string>
@@ -16,9 +17,11 @@ struct ConverterOptions {
     Existing existing = Existing::Refuse;
     bool isCutAllowed = false; ///< converts runs that lack samples or channels
     bool isVerified = false;   ///< holds what was written against its source
-    bool isSynced = false;     ///< has the disk hold what was written
-    bool isRecorded = false;   ///< makes the lines of a manifest
-    std::string batch{};       ///< tells this batch's deliveries from any other's
+    /// To which interval samples that aren't equidistant are brought; 0 for the usual one.
+    std::optional<std::int16_t> resampleMs{};
+    bool isSynced = false;   ///< has the disk hold what was written
+    bool isRecorded = false; ///< makes the lines of a manifest
+    std::string batch{};     ///< tells this batch's deliveries from any other's
 };
 
 class Converter {

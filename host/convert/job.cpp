@@ -174,6 +174,20 @@ RecordedVerdict unpacked(const nlohmann::json& json) {
     return verdict;
 }
 
+nlohmann::json packed(const ResampledFile& resampling) {
+    return {resampling.intervalMs, resampling.oldCount, resampling.newCount,
+            resampling.deviation,  resampling.unit,     resampling.isTotalIon};
+}
+
+ResampledFile unpackedResampling(const nlohmann::json& json) {
+    return {.intervalMs = json[0],
+            .oldCount = json[1],
+            .newCount = json[2],
+            .deviation = json[3],
+            .unit = json[4],
+            .isTotalIon = json[5]};
+}
+
 } // namespace
 
 std::string packOutcome(std::size_t job, const Outcome& outcome) {
@@ -190,7 +204,8 @@ std::string packOutcome(std::size_t job, const Outcome& outcome) {
                               outcome.points,
                               outcome.peaks,
                               outcome.record,
-                              outcome.verdict ? packed(*outcome.verdict) : nlohmann::json{}};
+                              outcome.verdict ? packed(*outcome.verdict) : nlohmann::json{},
+                              outcome.resampling ? packed(*outcome.resampling) : nlohmann::json{}};
     const auto bytes = nlohmann::json::to_cbor(json);
     return {bytes.begin(), bytes.end()};
 }
@@ -209,6 +224,9 @@ Outcome unpackOutcome(const std::string& text) {
     }
     if (!json[9].is_null()) {
         outcome.verdict = unpacked(json[9]);
+    }
+    if (!json[10].is_null()) {
+        outcome.resampling = unpackedResampling(json[10]);
     }
     return outcome;
 }

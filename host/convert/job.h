@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/convert/verification.h"
+#include "host/data/resampled_file.h"
 #include "host/files/plan.h"
 #include "host/proof/losses.h"
 
@@ -31,8 +32,9 @@ enum class JobStatus : std::uint8_t { Converted, Skipped, Failed, Planned };
 struct Outcome {
     JobStatus status = JobStatus::Failed;
     std::string message;
-    std::vector<std::string> warnings{}; ///< what the source lacks
-    std::vector<Loss> losses{};          ///< of what it has
+    std::vector<std::string> warnings{};       ///< what the source lacks
+    std::vector<Loss> losses{};                ///< of what it has
+    std::optional<ResampledFile> resampling{}; ///< where samples were brought to equal distances
     double seconds = 0;
     std::int64_t points = 0;
     std::int64_t peaks = 0;

@@ -95,9 +95,17 @@ void addVerdict(Json& line, const RecordedVerdict& verdict) {
     line["unexpected_changes"] = unexpected;
 }
 
+void addResampling(Json& line, const ResampledFile& resampling) {
+    line["resampled"] = {
+        {"interval_ms", resampling.intervalMs}, {"samples_before", resampling.oldCount},
+        {"samples", resampling.newCount},       {"deviation", numberJson(resampling.deviation)},
+        {"unit", utf8Of(resampling.unit)},      {"total_ion", resampling.isTotalIon}};
+}
+
 void printLine(const Job& job, const Outcome& outcome, bool isVerbose) {
     std::ostringstream line;
     line << printable(job.plan.source) << ": " << printable(outcome.message)
+         << (outcome.resampling ? " (" + printable(outcome.resampling->words()) + ')' : "")
          << (isVerified(outcome) ? " (verified)" : "");
     if (isVerbose) {
         line << " (" << std::fixed << std::setprecision(3) << outcome.seconds << " s)";
@@ -153,6 +161,9 @@ void printJson(const Job& job, const Outcome& outcome) {
               {"seconds", outcome.seconds},
               {"points", outcome.points},
               {"peaks", outcome.peaks}};
+    if (outcome.resampling) {
+        addResampling(line, *outcome.resampling);
+    }
     if (outcome.verdict) {
         addVerdict(line, *outcome.verdict);
     }

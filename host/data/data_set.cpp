@@ -9,6 +9,7 @@
 #include "native/pair_rules.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <filesystem>
 #include <stdexcept>
@@ -71,21 +72,66 @@ void readTexts(DataSet& set, const AndiImage& image) {
     }
 }
 
+/// Takes over the times of the samples if there is one for each and they ascend.
+void takeTimes(DataSet& set, const AndiVariable* variable, double minutesPerTime) {
+    const NumberView times = numbersOf(variable);
+    bool isGood = times.size() == set.signal.size() && !times.empty() && std::isfinite(times[0]);
+    for (std::size_t i = 1; isGood && i < times.size(); ++i) {
+        isGood = std::isfinite(times[i]) && times[i] >= times[i - 1];
+    }
+    if (isGood) {
+        set.times = times;
+        set.minutesPerTime = minutesPerTime;
+    }
+}
+
+/// What the template of mass spectrometers names otherwise.
+constexpr std::array<std::pair<const char*, const char*>, 2> otherNames{
+    {{"sample_name", "experiment_title"},
+     {"injection_date_time_stamp", "experiment_date_time_stamp"}}};
+
+/// The total ion chromatogram, an intensity for each scan. No signal where the file has none.
+void readTotalIon(DataSet& set, const AndiImage& image) {
+    const AndiVariable* intensities = variableOf(image, totalIntensity);
+    set.signal = numbersOf(intensities);
+    if (set.signal.empty()) {
+        return;
+    }
+    set.isTotalIon = true;
+    set.isUniform = false;
+    takeTimes(set, variableOf(image, "scan_acquisition_time"), 1.0 / secondsPerMinute);
+    readTexts(set, image);
+    for (const auto& [name, otherName] : otherNames) {
+        if (set.text(name).empty() && !set.text(otherName).empty()) {
+            set.texts.emplace_back(name, set.text(otherName));
+        }
+    }
+    for (const AndiAttribute& each : attributesOf(intensities->Attributes)) {
+        if (isNamed(each.Name, "units")) {
+            set.detectorUnit = textOf(each).value_or("");
+        }
+    }
+}
+
 DataSet dataSetOf(const std::string& andiFile) {
     const auto loaded = std::make_shared<AndiImage>();
     const AndiImage& image = *loaded;
     if (const std::string reason = load(*loaded, andiFile); !reason.empty()) {
         throw std::runtime_error{withDiagnosis(reason, andiFile, FileKind::Andi)};
     }
+    DataSet set;
+    set.image = loaded;
     const AndiVariable* signal = variableNamed(image, taken::ordinateValues);
     if (signal == nullptr) {
-        throw std::runtime_error{"File " + andiFile + " is " + noChromatogramText};
+        readTotalIon(set, image);
+        if (set.signal.empty()) {
+            throw std::runtime_error{"File " + andiFile + " is " + noChromatogramText};
+        }
+        return set;
     }
     if (signal->ElementCount == 0) {
         throw std::runtime_error{"File " + andiFile + " has no chromatogram: " + noSamplesText};
     }
-    DataSet set;
-    set.image = loaded;
     readTexts(set, image);
     const bool isInMinutes = isMinutes(textOf(image, taken::retentionUnit).value_or(""));
     const double minutesPerUnit = isInMinutes ? 1.0 : 1.0 / secondsPerMinute;
@@ -96,6 +142,9 @@ DataSet dataSetOf(const std::string& andiFile) {
         exactInterval(firstNumber(image, taken::samplingInterval), isInMinutes ? 60000.0 : 1000.0);
     set.delayTime = firstNumber(image, "actual_delay_time") * minutesPerUnit;
     set.isUniform = isUniform(textOf(image, taken::uniformFlag));
+    if (!set.isUniform) {
+        takeTimes(set, variableOf(image, "raw_data_retention"), minutesPerUnit);
+    }
     readPeaks(set, image, minutesPerUnit);
     return set;
 }

@@ -49,17 +49,29 @@ struct DataSet {
     double samplingInterval = 0; ///< minutes; 0 where the file has none
     double delayTime = 0;        ///< minutes from injection to the first sample
     bool isUniform = true;       ///< false where the file says that samples aren't equidistant
+    bool isTotalIon = false;     ///< the chromatogram of a mass spectrometer, added up from spectra
+    /// When each sample was taken, ascending; empty where the file doesn't say.
+    NumberView times;
+    double minutesPerTime = 0;
     std::vector<Peak> peaks;
 
     /// The value of a global attribute, the empty text where there is none.
     std::string text(const std::string& name) const;
     /// Minutes from injection to a sample.
     double timeOf(std::size_t sample) const {
-        return delayTime + static_cast<double>(sample) * samplingInterval;
+        return times.empty() ? delayTime + static_cast<double>(sample) * samplingInterval
+                             : times[sample] * minutesPerTime;
     }
-    /// Minutes from the first sample to the end of the last one's interval.
-    double runTime() const { return static_cast<double>(signal.size()) * samplingInterval; }
+    /// Minutes from the first sample to the end of the last one's interval, or to the last one if
+    /// each has its own time.
+    double runTime() const {
+        return times.empty() ? static_cast<double>(signal.size()) * samplingInterval
+                             : timeOf(times.size() - 1) - timeOf(0);
+    }
 };
+
+/// What a mass spectrometer's file has for a signal: an intensity for each scan.
+constexpr const char* totalIntensity = "total_intensity";
 
 /// A member of Peak that holds a number, with its name in the ANDI file.
 struct PeakNumber {

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <limits>
+#include <vector>
 
 namespace korlit::host {
 
@@ -40,8 +42,21 @@ double limitRounding(double smallest, double largest, double extreme) {
 }
 
 bool hasTimes(const DataSet& set) {
-    return set.isUniform && std::isfinite(set.samplingInterval) && set.samplingInterval > 0 &&
-           std::isfinite(set.delayTime);
+    return !set.times.empty() || (set.isUniform && std::isfinite(set.samplingInterval) &&
+                                  set.samplingInterval > 0 && std::isfinite(set.delayTime));
+}
+
+double medianInterval(const DataSet& set) {
+    if (set.times.size() < 2) {
+        return 0;
+    }
+    std::vector<double> intervals(set.times.size() - 1);
+    for (std::size_t i = 0; i < intervals.size(); ++i) {
+        intervals[i] = set.timeOf(i + 1) - set.timeOf(i);
+    }
+    const auto middle = intervals.begin() + std::ssize(intervals) / 2;
+    std::ranges::nth_element(intervals, middle);
+    return *middle;
 }
 
 } // namespace korlit::host

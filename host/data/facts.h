@@ -25,7 +25,17 @@ std::optional<Extremes> extremesOf(const NumberView& signal,
 /// floats on their way through some calculation.
 double limitRounding(double smallest, double largest, double extreme);
 
+/// A share of the way from one sample to the next. One that is no number makes none, for which
+/// std::lerp may answer the other.
+constexpr double between(double left, double right, double share) {
+    return left * (1 - share) + right * share;
+}
+
 /// Whether a file says at which times its samples lie.
 bool hasTimes(const DataSet& set);
+
+/// Minutes from one sample to the next, as many being longer as shorter, where each has its own
+/// time; 0 where they have none.
+double medianInterval(const DataSet& set);
 
 } // namespace korlit::host

@@ -47,10 +47,23 @@ std::string loadPart(AndiImage& image, const std::string& path, DataFilter isWan
                : reasonOf(message, boxes);
 }
 
+/// The spectra of a mass spectrometer are most of its files, and no chromatogram.
+bool isOfSpectra(const AndiVariable& variable) {
+    return isNamed(variable.Name, "mass_values") || isNamed(variable.Name, "intensity_values") ||
+           isNamed(variable.Name, "time_values");
+}
+
 } // namespace
 
 std::string load(AndiImage& image, const std::string& path) {
-    return loadPart(image, path, [](const AndiVariable& /*variable*/) { return true; });
+    return loadPart(image, path,
+                    [](const AndiVariable& variable) { return !isOfSpectra(variable); });
+}
+
+/// The spectra of a mass spectrometer are most of its files, and no chromatogram.
+bool isOfSpectra(const AndiVariable& variable) {
+    return isNamed(variable.Name, "mass_values") || isNamed(variable.Name, "intensity_values") ||
+           isNamed(variable.Name, "time_values");
 }
 
 std::string loadHeader(AndiImage& image, const std::string& path) {

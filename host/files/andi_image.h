@@ -23,7 +23,7 @@ struct AndiImage {
     ~AndiImage() { FreeAndiFile(&file); }
 };
 
-/// Loads a file; answers the empty text, or why it can't be.
+/// Loads a file, but for mass spectra; answers the empty text, or why it can't be.
 std::string load(AndiImage& image, const std::string& path);
 
 /// The same without any data.

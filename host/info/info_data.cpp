@@ -69,12 +69,14 @@ Json channelJson(const DataSet& set) {
     Json json{{"channel", std::max(set.channel, 1)},
               {"detector_unit", utf8Of(set.detectorUnit)},
               {"points", set.signal.size()},
+              {"total_ion", set.isTotalIon},
               {"uniform", set.isUniform},
               {"sampling_interval_s", nullptr},
               {"delay_time_min", timeJson(set.delayTime)},
               {"run_time_min", nullptr}};
     if (hasTimes(set)) {
-        json["sampling_interval_s"] = timeJson(set.samplingInterval * secondsPerMinute);
+        const double interval = set.times.empty() ? set.samplingInterval : medianInterval(set);
+        json["sampling_interval_s"] = timeJson(interval * secondsPerMinute);
         json["run_time_min"] = roundedJson(set.runTime());
     }
     addSample(json, "minimum", set, extremes ? std::optional{extremes->minimum} : std::nullopt);

@@ -53,7 +53,7 @@ std::string kindText(const std::vector<DataSet>& sets) {
     return sets.size() > 1 ? kind + ", " + std::to_string(sets.size()) + " channels" : kind;
 }
 
-std::string intervalText(const DataSet& set) {
+std::string durationText(double minutes) {
     constexpr double msPerMinute = 60000;
     struct Unit {
         const char* name;
@@ -64,16 +64,20 @@ std::string intervalText(const DataSet& set) {
         {{.name = " min", .ms = msPerMinute, .firstMs = msPerMinute},
          {.name = " s", .ms = 1000, .firstMs = 1000},
          {.name = " ms", .ms = 1, .firstMs = 0}}};
-    if (!set.isUniform) {
-        return "not uniform";
-    }
-    if (!hasTimes(set)) {
-        return "-";
-    }
-    const double ms = std::stod(roundedText(set.samplingInterval * msPerMinute));
+    const double ms = std::stod(roundedText(minutes * msPerMinute));
     const auto* const unit =
         std::ranges::find_if(units, [&](const Unit& each) { return ms >= each.firstMs; });
     return roundedText(ms / unit->ms) + unit->name;
+}
+
+std::string intervalText(const DataSet& set) {
+    if (set.times.size() > 1) {
+        return "not uniform, " + durationText(medianInterval(set)) + " in the middle";
+    }
+    if (!set.isUniform) {
+        return "not uniform";
+    }
+    return hasTimes(set) ? durationText(set.samplingInterval) : "-";
 }
 
 std::string sampleText(const DataSet& set, std::size_t sample) {
@@ -101,11 +105,15 @@ void printFileFacts(const std::vector<DataSet>& sets) {
 
 void printChannelFacts(const DataSet& set) {
     const auto extremes = extremesOf(set.signal);
+    if (set.isTotalIon) {
+        printFact("Signal", "total ion chromatogram of a mass spectrometer");
+    }
     printFact("Detector unit", textOrDash(set.detectorUnit));
     printFact("Points", std::to_string(set.signal.size()));
     printFact("Sampling interval", intervalText(set));
-    if (set.delayTime != 0) {
-        printFact("First sample at", roundedText(set.delayTime) + " min");
+    const double start = hasTimes(set) && !set.signal.empty() ? set.timeOf(0) : set.delayTime;
+    if (start != 0) {
+        printFact("First sample at", roundedText(start) + " min");
     }
     printFact("Run time", hasTimes(set) ? roundedText(set.runTime()) + " min" : "-");
     printFact("Minimum", extremes ? sampleText(set, extremes->minimum) : "-");

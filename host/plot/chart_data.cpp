@@ -65,7 +65,7 @@ std::optional<Range> timesOf(const AllSets& sets, bool isInMinutes) {
     std::optional<Range> times;
     for (const DataSet* set : sets) {
         if (!set->signal.empty()) {
-            const Range own = scaleOf(*set, isInMinutes).timesOf(*set);
+            const Range own = TimeScale{*set, isInMinutes}.times();
             const Range known = times.value_or(own);
             times = {.from = std::min(known.from, own.from), .to = std::max(known.to, own.to)};
         }
@@ -108,7 +108,10 @@ Range timesToShow(const PlotOptions& options, const AllSets& sets, bool isInMinu
 std::string noteOf(const AllSets& sets, bool isInMinutes) {
     const auto hasPeaks = [](const DataSet* set) { return !set->peaks.empty(); };
     const bool lacksPeaks = !isInMinutes && std::ranges::any_of(sets, hasPeaks);
-    const bool isUneven = !std::ranges::all_of(sets, &DataSet::isUniform);
+    const auto hasNoTimes = [](const DataSet* set) {
+        return !set->isUniform && set->times.empty();
+    };
+    const bool isUneven = std::ranges::any_of(sets, hasNoTimes);
     return joined(
         {lacksPeaks ? "Without a sampling interval the peaks have no place." : "",
          isUneven ? "The samples are not equidistant, but are drawn as if they were." : ""},

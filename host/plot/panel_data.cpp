@@ -1,5 +1,6 @@
 #include "host/plot/panel_data.h"
 
+#include "host/data/facts.h"
 #include "host/plot/chart_text.h"
 #include "host/text/numbers.h"
 #include "host/text/words.h"
@@ -8,6 +9,7 @@
 #include <cmath>
 #include <limits>
 #include <optional>
+#include <ranges>
 #include <span>
 #include <vector>
 
@@ -19,7 +21,8 @@ constexpr double noValue = std::numeric_limits<double>::quiet_NaN();
 
 std::string panelTitleOf(const DataSet& set) {
     const std::string channel = set.channel == 0 ? "" : "Channel " + std::to_string(set.channel);
-    return joined({channel, drawableText(set.text("detector_name")),
+    return joined({channel, set.isTotalIon ? "Total ion chromatogram" : "",
+                   drawableText(set.text("detector_name")),
                    drawableText(set.text("detection_method_name"))},
                   ", ");
 }
@@ -37,7 +40,7 @@ std::optional<double> signalAt(const DataSet& set, const TimeScale& scale, doubl
     const std::size_t right = std::min(left + 1, set.signal.size() - 1);
     const double share = kept - static_cast<double>(left);
     const double value =
-        share == 0 ? set.signal[left] : std::lerp(set.signal[left], set.signal[right], share);
+        share == 0 ? set.signal[left] : between(set.signal[left], set.signal[right], share);
     return isDrawable(value) ? std::optional{value} : std::nullopt;
 }
 
@@ -52,8 +55,8 @@ std::vector<LinePoint> signalLine(const DataSet& set, const TimeScale& scale, co
     const NumberView samples = set.signal.part(offset, static_cast<std::size_t>(end) - offset);
     std::vector<LinePoint> line;
     for (const std::size_t i : samplesToDraw(samples, static_cast<std::size_t>(width))) {
-        line.push_back({.x = scale.timeOf(static_cast<double>(offset + i)),
-                        .y = isDrawable(samples[i]) ? samples[i] : noValue});
+        line.push_back(
+            {.x = scale.timeOf(offset + i), .y = isDrawable(samples[i]) ? samples[i] : noValue});
     }
     return cutTo(line, times);
 }
@@ -99,7 +102,7 @@ ChartPeak chartPeakOf(const Peak& peak, const DataSet& set, const TimeScale& sca
 
 /// Fills in the peaks that lie on the signal, and notes how many don't.
 void addPeaks(ChartPanel& panel, const DataSet& set, const TimeScale& scale) {
-    const Range times = scale.timesOf(set);
+    const Range times = scale.times();
     for (const Peak& peak : set.peaks) {
         const std::optional<double> time = drawable(peak.retentionTime);
         if (time && times.contains(*time)) {
@@ -122,18 +125,53 @@ std::string signsOf(const ChartLine& line) {
 } // namespace
 
 bool hasMinutes(const DataSet& set) {
+    if (!set.times.empty()) {
+        return isDrawable(set.timeOf(0)) && isDrawable(set.timeOf(set.times.size() - 1));
+    }
     return set.samplingInterval > 0 && isDrawable(set.delayTime) &&
            isDrawable(set.timeOf(set.signal.size()));
 }
 
-TimeScale scaleOf(const DataSet& set, bool isInMinutes) {
-    return isInMinutes && hasMinutes(set)
-               ? TimeScale{.start = set.delayTime, .interval = set.samplingInterval}
-               : TimeScale{};
+TimeScale::TimeScale(const DataSet& dataSet, bool isInMinutes)
+    : set{dataSet}, isOwn{isInMinutes && hasMinutes(dataSet) && !dataSet.times.empty()} {
+    if (isInMinutes && hasMinutes(set) && !isOwn) {
+        start = set.delayTime;
+        interval = set.samplingInterval;
+    }
+}
+
+double TimeScale::timeOf(std::size_t sample) const {
+    return isOwn ? set.timeOf(sample) : start + static_cast<double>(sample) * interval;
+}
+
+double TimeScale::sampleAt(double time) const {
+    if (!isOwn) {
+        return (time - start) / interval;
+    }
+    const std::size_t count = set.times.size();
+    const auto samples = std::views::iota(std::size_t{0}, count);
+    const auto right = std::ranges::lower_bound(
+        samples, time, {}, [&](std::size_t sample) { return set.timeOf(sample); });
+    if (right == samples.begin()) {
+        return time < set.timeOf(0) ? -1 : 0;
+    }
+    if (right == samples.end()) {
+        return static_cast<double>(count);
+    }
+    const double before = set.timeOf(*right - 1);
+    return static_cast<double>(*right - 1) + (time - before) / (set.timeOf(*right) - before);
+}
+
+Range TimeScale::times() const {
+    if (isOwn) {
+        return {.from = set.timeOf(0), .to = set.timeOf(set.times.size() - 1)};
+    }
+    const std::size_t count = set.signal.size();
+    return {.from = count == 1 ? start - interval : start, .to = timeOf(count)};
 }
 
 ChartPanel panelOf(const DataSet& set, bool isInMinutes, const Chart& chart, bool isWithPeaks) {
-    const TimeScale scale = scaleOf(set, isInMinutes);
+    const TimeScale scale{set, isInMinutes};
     const ChartLine line{.name = "", .points = signalLine(set, scale, chart.times, chart.width)};
     ChartPanel panel{.title = panelTitleOf(set),
                      .note = signsOf(line),

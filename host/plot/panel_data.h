@@ -7,25 +7,27 @@
 namespace korlit::host {
 
 /// Samples along the axis that all panels share: minutes, or numbers of samples where a file
-/// doesn't say how far samples are from each other.
-struct TimeScale {
-    double start = 0;
-    double interval = 1;
+/// doesn't say when they were taken.
+class TimeScale {
+  public:
+    TimeScale(const DataSet& dataSet, bool isInMinutes);
 
-    double timeOf(double sample) const { return start + sample * interval; }
-    double sampleAt(double time) const { return (time - start) / interval; }
+    double timeOf(std::size_t sample) const;
+    /// Between two samples a share of the way; before the first sample and behind the last as if
+    /// samples went on.
+    double sampleAt(double time) const;
     /// To the end of the last sample's interval. One sample alone is in the middle.
-    Range timesOf(const DataSet& set) const {
-        return {.from = timeOf(set.signal.size() == 1 ? -1 : 0),
-                .to = timeOf(static_cast<double>(set.signal.size()))};
-    }
+    Range times() const;
+
+  private:
+    const DataSet& set;
+    bool isOwn;          ///< each sample has a time of its own
+    double start = 0;    ///< of the others
+    double interval = 1; ///< of the others
 };
 
-/// Whether a file says how far its samples are from each other.
+/// Whether a file says when its samples were taken.
 bool hasMinutes(const DataSet& set);
-
-/// In minutes only where these are asked for and known.
-TimeScale scaleOf(const DataSet& set, bool isInMinutes);
 
 /// The panel of a data set within the times and the width of a chart. Peaks have their place in
 /// minutes only.

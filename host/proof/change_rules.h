@@ -23,6 +23,8 @@ inline constexpr ChangeRule positionCut{"position-cut", "of a position two numbe
 inline constexpr ChangeRule limitLeftOut{"limit-left-out", "a detector's limits become the extremes of the samples", true};
 inline constexpr ChangeRule areaBySixtyOnReturn{"area-by-sixty-on-return", "areas are kept, and each way back to ANDI divides them by 60", true};
 inline constexpr ChangeRule noPlace{"no-place", "a pair has no place for it", true};
+inline constexpr ChangeRule resampledSignal{"resampled", "samples are brought to equal distances", true};
+inline constexpr ChangeRule spectraLeftOut{"spectra-left-out", "of mass spectra the total ion chromatogram alone is kept", true};
 inline constexpr ChangeRule numberAsText{"number-as-text", "a number is written as text", false};
 inline constexpr ChangeRule intervalInMs{"interval-in-ms", "an interval is written in milliseconds", false};
 inline constexpr ChangeRule timeInMinutes{"time-in-minutes", "times are written in minutes, in single precision", false};

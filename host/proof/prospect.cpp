@@ -1,5 +1,10 @@
 #include "host/proof/prospect.h"
 
+#include "host/proof/change_rules.h"
+
+#include <optional>
+#include <utility>
+
 namespace korlit::host {
 
 namespace {
@@ -24,6 +29,24 @@ Prospect prospectOf(const std::string& source, FileKind kind) {
     for (const Reading& each : prospect.sources) {
         prospect.expected.push_back(expectedOf(each, source));
     }
+    return prospect;
+}
+
+Prospect prospectOfResampled(const std::string& resampledFile, const ResampledFile& resampling) {
+    Prospect prospect = prospectOf(resampledFile, FileKind::Andi);
+    std::vector<Expectation>& values = prospect.expected.front().values;
+    const auto addLoss = [&](const ChangeRule& rule, const char* name, std::string words) {
+        values.insert(values.begin(), {.from = ValueKey{.part = parts::signal, .name = name},
+                                       .source = std::string{"of the source"},
+                                       .to = std::nullopt,
+                                       .target = {},
+                                       .rule = &rule,
+                                       .words = std::move(words)});
+    };
+    if (resampling.isTotalIon) {
+        addLoss(changes::spectraLeftOut, "mass_values", changes::spectraLeftOut.words);
+    }
+    addLoss(changes::resampledSignal, "sample times", resampling.words());
     return prospect;
 }
 

@@ -1,6 +1,7 @@
 // What the outputs of a source must hold.
 #pragma once
 
+#include "host/data/resampled_file.h"
 #include "host/proof/expectation.h"
 
 #include <string>
@@ -16,5 +17,8 @@ struct Prospect {
 /// What becomes of a source, whose path is that by which it is converted. Throws a runtime_error
 /// where it can't be read.
 Prospect prospectOf(const std::string& source, FileKind kind);
+
+/// What becomes of an ANDI file by way of the one that it was resampled to.
+Prospect prospectOfResampled(const std::string& resampledFile, const ResampledFile& resampling);
 
 } // namespace korlit::host

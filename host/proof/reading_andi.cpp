@@ -1,3 +1,4 @@
+#include "host/data/data_set.h"
 #include "host/files/andi_image.h"
 #include "host/files/broken_files.h"
 #include "host/files/diagnosis.h"
@@ -104,7 +105,8 @@ Reading readAndi(const std::string& file) {
     if (const std::string reason = load(*image, file); !reason.empty()) {
         throw std::runtime_error{withDiagnosis(reason, file, FileKind::Andi)};
     }
-    if (variableNamed(*image, taken::ordinateValues) == nullptr) {
+    if (variableNamed(*image, taken::ordinateValues) == nullptr &&
+        variableNamed(*image, totalIntensity) == nullptr) {
         throw std::runtime_error{"File " + file + " is " + noChromatogramText};
     }
     Reading reading = readingOf(*image);

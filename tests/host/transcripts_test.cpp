@@ -112,7 +112,7 @@ TEST_P(Transcripts, GoAsTheyAreWritten) {
 
 INSTANTIATE_TEST_SUITE_P(Of, Transcripts,
                          testing::Values("check", "compare", "convert", "info", "manifest", "plot",
-                                         "verify"));
+                                         "resample", "verify"));
 
 } // namespace
 } // namespace korlit
