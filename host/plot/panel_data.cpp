@@ -9,7 +9,6 @@
 #include <cmath>
 #include <limits>
 #include <optional>
-#include <ranges>
 #include <span>
 #include <vector>
 
@@ -148,18 +147,25 @@ double TimeScale::sampleAt(double time) const {
     if (!isOwn) {
         return (time - start) / interval;
     }
-    const std::size_t count = set.times.size();
-    const auto samples = std::views::iota(std::size_t{0}, count);
-    const auto right = std::ranges::lower_bound(
-        samples, time, {}, [&](std::size_t sample) { return set.timeOf(sample); });
-    if (right == samples.begin()) {
+    // The first sample that isn't earlier lies from `left` on, and at `right` at the latest.
+    std::size_t left = 0;
+    std::size_t right = set.times.size();
+    while (left < right) {
+        const std::size_t middle = left + (right - left) / 2;
+        if (set.timeOf(middle) < time) {
+            left = middle + 1;
+        } else {
+            right = middle;
+        }
+    }
+    if (right == 0) {
         return time < set.timeOf(0) ? -1 : 0;
     }
-    if (right == samples.end()) {
-        return static_cast<double>(count);
+    if (right == set.times.size()) {
+        return static_cast<double>(right);
     }
-    const double before = set.timeOf(*right - 1);
-    return static_cast<double>(*right - 1) + (time - before) / (set.timeOf(*right) - before);
+    const double before = set.timeOf(right - 1);
+    return static_cast<double>(right - 1) + (time - before) / (set.timeOf(right) - before);
 }
 
 Range TimeScale::times() const {
