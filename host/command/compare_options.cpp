@@ -2,10 +2,13 @@
 #include "host/command/help_texts.h"
 #include "host/command/values.h"
 #include "host/compare/compare.h"
+#include "host/compare/folders.h"
 
 #include <CLI/CLI.hpp>
 
+#include <filesystem>
 #include <memory>
+#include <system_error>
 
 namespace korlit::host {
 
@@ -37,18 +40,27 @@ void addComparisonOptions(CLI::App& command, CompareOptions& options) {
         ->type_name("N");
 }
 
+bool isFolder(const std::string& path) {
+    std::error_code ignored;
+    return std::filesystem::is_directory(path, ignored);
+}
+
 } // namespace
 
 void addCompareCommand(CLI::App& app, int& status) {
     const auto options = std::make_shared<CompareOptions>();
     CLI::App* const command = app.add_subcommand(
         "compare", "Tells whether two data sets are the same, and in what they differ");
-    command->add_option("A", options->a, "ANDI file, slice file of a pair, or run")
+    command
+        ->add_option("A", options->a, "ANDI file, slice file of a pair, run, or a folder of these")
         ->required()
         ->type_name("");
     command->add_option("B", options->b, "The other")->required()->type_name("");
+    command->add_flag("-r,--recursive", options->isRecursive,
+                      "Take folders with all that lies below, but for what is hidden");
     addComparisonOptions(*command, *options);
-    CLI::Option* const json = command->add_flag("--json", options->json, "Print one JSON object");
+    CLI::Option* const json = command->add_flag(
+        "--json", options->json, "Print a JSON object, for each pair of files a line");
     CLI::Option* const quiet =
         command->add_flag("-q,--quiet", options->quiet, "Print nothing, answer by the exit status")
             ->excludes(json);
@@ -57,7 +69,10 @@ void addCompareCommand(CLI::App& app, int& status) {
                    "Print a line for each expected difference, not for each rule")
         ->excludes(quiet);
     command->footer(compareHelp);
-    command->callback([options, &status] { status = compareFiles(*options); });
+    command->callback([options, &status] {
+        status = isFolder(options->a) || isFolder(options->b) ? compareFolders(*options)
+                                                              : compareFiles(*options);
+    });
 }
 
 } // namespace korlit::host

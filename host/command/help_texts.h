@@ -148,10 +148,10 @@ each, and the rules with how many changes each explains; -v has a line for each.
 
 Of a run of several channels the one is taken that fits an ANDI file best, or that
 of --channel. Two files of a kind, and a pair and a run, are compared as they are,
-and all that differs is unexpected, unless one is what a trip to another format
-and back makes of the other. Compared as they are, times count as equal within one
-part in a million. Not compared there are source_file_reference and
-retention_unit.
+and all that differs is unexpected, unless one is what up to three trips to
+another format and back make of the other. Compared as they are, times count as
+equal within one part in a million. Not compared there are source_file_reference
+and retention_unit.
 
 The parts for --only are signal (samples and what goes with them), peaks and texts
 (all else). With both tolerances the wider counts. Not a number equals not a
@@ -162,11 +162,23 @@ are compared as they are), channel, points, peaks, expected and unexpected (how
 many), equal (true without any difference) and differences, each with part, words,
 rule and expected, and from, source, to, target and found where it has them.
 
+Of two folders those files are compared that belong to each other: first those of
+the same place and name, then runs with the numbered files of their channels
+(run.dat, run1.cdf), and then those of the same name but for its extension. Each
+pair has a line with the verdict, and up to ten lines of what is unexpected, all
+with -v. A file without a partner is a difference, and one that can't be read ends
+nothing; both are told and counted. With --json each pair is one line; "verdict"
+may be "only in A", "only in B" or "not compared", too. A file and a folder are
+compared in the same way, without the rest of the folder.
+
 The exit status is 0 where nothing is unexpected, with --strict where nothing
-differs, else 1, and 2 where a file can't be read or the two can't be compared.
+differs, else 1, and 2 where a file can't be read or the two can't be compared. Of
+folders it is 0 if all pairs are the same data and none lacks its partner, else 1, 2
+if there is nothing to compare, and 130 for an interrupt.
 
 Examples:
   korlit compare run.sli run.cdf
+  korlit compare -r archive converted
   korlit compare -v run.dat run3.cdf
   korlit compare --tolerance 0.001 --only peaks old.cdf new.cdf
   korlit compare --absolute-tolerance 1e-6 old.cdf new.cdf

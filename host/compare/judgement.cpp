@@ -115,17 +115,47 @@ std::optional<Expectations> expectedOf(const Reading& source, const std::string&
     if (kinds == std::pair{FileKind::Dunvale, FileKind::Andi}) {
         return expectedOfChannel(source, pathAtConversion(sourceFile, output));
     }
-    if (kinds == std::pair{FileKind::Andi, FileKind::Andi}) {
-        return expectedBehindPair(source, writtenSource(output).value_or(""));
-    }
-    if (kinds == std::pair{FileKind::Merivolta, FileKind::Merivolta}) {
-        return expectedBehindAndi(source, sourceFile);
-    }
     return std::nullopt;
+}
+
+bool canComeBack(FileKind kind) {
+    return kind == FileKind::Andi || kind == FileKind::Merivolta;
+}
+
+std::string wordsOfTrips(FileKind kind, int count) {
+    return (count == 1 ? "a trip" : std::to_string(count) + " trips") + " through " +
+           (kind == FileKind::Andi ? "a pair" : "an ANDI file");
 }
 
 bool isExplainedBetter(const Judgement& a, const Judgement& b) {
     return a.verdict.unexpectedCount() < b.verdict.unexpectedCount();
+}
+
+Judgement heldTo(Expectations expected, const Reading& source, const Reading& output,
+                 const Comparison& comparison) {
+    takeZone(expected, output);
+    Judgement judgement{.verdict = verdictOf(expected, output, comparison.tolerance),
+                        .expected = std::move(expected),
+                        .channel = source.channel};
+    judgement.verdict.keepOnly(comparison.parts);
+    return judgement;
+}
+
+/// One trip, or if that doesn't explain all, more of them.
+void addTrips(std::vector<Judgement>& ways, Way way, const Side& source, const Side& output,
+              const Comparison& comparison) {
+    constexpr int mostTrips = 3;
+    const Reading& reading = source.readings.front();
+    const Reading& held = output.readings.front();
+    const std::string sliceFile =
+        source.kind == FileKind::Andi ? writtenSource(held).value_or("") : source.file;
+    for (int count = 1; count <= mostTrips && (count == 1 || !ways.back().verdict.isSame());
+         ++count) {
+        ways.push_back(
+            heldTo(expectedBehindTrips(reading, sliceFile, count), reading, held, comparison));
+        ways.back().way = way;
+        ways.back().verdict.conversion = wordsOfTrips(source.kind, count);
+    }
 }
 
 void addWays(std::vector<Judgement>& ways, Way way, const Side& source, const Side& output,
@@ -133,20 +163,15 @@ void addWays(std::vector<Judgement>& ways, Way way, const Side& source, const Si
     if (formatOf(output.kind).hasChannels) {
         return;
     }
+    if (source.kind == output.kind && canComeBack(source.kind)) {
+        addTrips(ways, way, source, output, comparison);
+        return;
+    }
     const Reading& held = output.readings.front();
     for (const Reading& reading : source.readings) {
         if (auto expected = expectedOf(reading, source.file, held)) {
-            takeZone(*expected, held);
-            ways.push_back({.verdict = verdictOf(*expected, held, comparison.tolerance),
-                            .way = way,
-                            .expected = std::move(*expected),
-                            .channel = reading.channel});
-            if (source.kind == output.kind) {
-                ways.back().verdict.conversion =
-                    "a trip through " +
-                    std::string{source.kind == FileKind::Andi ? "a pair" : "an ANDI file"};
-            }
-            ways.back().verdict.keepOnly(comparison.parts);
+            ways.push_back(heldTo(std::move(*expected), reading, held, comparison));
+            ways.back().way = way;
         }
     }
 }

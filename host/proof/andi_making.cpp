@@ -115,6 +115,7 @@ void expectDimensions(AndiMaking& making, const char* peakCountField) {
 void expectSignal(AndiMaking& making) {
     Expectations& expected = making.values.expected;
     expected.signal = making.source.signal;
+    expected.memory = making.source.memory;
     expected.signalFactor = making.source.signalFactor;
     const std::string factor = wordsOf(expected.signalFactor);
     if (expected.signalFactor != 1) {

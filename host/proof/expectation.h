@@ -5,6 +5,7 @@
 
 #include "host/proof/reading.h"
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -40,7 +41,8 @@ inline bool isNote(const Expectation& expectation) {
 struct Expectations {
     FileKind kind = FileKind::Unknown; ///< of the output
     std::vector<Expectation> values;
-    NumberView signal;       ///< the source's samples that are kept, in its reading's memory
+    NumberView signal;                  ///< the source's samples that are kept
+    std::shared_ptr<const void> memory; ///< what they lie in
     double signalFactor = 1; ///< by which each is multiplied, in double precision, rounded once
     const ChangeRule* signalRule = nullptr;
     std::string signalWords{};

@@ -139,6 +139,7 @@ void addSamples(PairMaking& making) {
         std::min<std::size_t>(static_cast<std::uint32_t>(declared), samples.size());
     Expectations& expected = making.values.expected;
     expected.signal = samples.part(0, count);
+    expected.memory = making.andi.memory;
     put(making, source, offsetof(SliHeader, PointCount), static_cast<double>(count),
         changes::countOfSamples);
     if (count < samples.size()) {

@@ -1,10 +1,13 @@
 #include "host/proof/trip.h"
 
+#include "andi/chromatography_template.h"
 #include "host/text/words.h"
 
 #include <map>
+#include <memory>
 #include <set>
 #include <utility>
+#include <vector>
 
 namespace korlit::host {
 
@@ -63,12 +66,38 @@ void dropPassing(Expectations& both) {
     });
 }
 
+/// The samples as the output has them.
+void setSignal(Reading& reading, const Expectations& expectations) {
+    reading.signal = expectations.signal;
+    reading.memory = expectations.memory;
+    if (expectations.signalFactor == 1) {
+        return;
+    }
+    const auto samples = std::make_shared<std::vector<float>>();
+    samples->reserve(expectations.signal.size());
+    for (std::size_t i = 0; i < expectations.signal.size(); ++i) {
+        samples->push_back(
+            inDetectorUnit(static_cast<float>(expectations.signal[i]), expectations.signalFactor));
+    }
+    reading.signal = {AndiType::Float, samples->data(), samples->size()};
+    reading.memory = samples;
+}
+
+Expectations expectedBehindTrip(const Reading& source, const std::string& sliceFile) {
+    if (source.kind == FileKind::Andi) {
+        const Expectations pair = expectedOfPair(source);
+        return composed(pair, expectedOfAndi(readingOf(pair), sliceFile));
+    }
+    const Expectations andi = expectedOfAndi(source, sliceFile);
+    return composed(andi, expectedOfPair(readingOf(andi)));
+}
+
 } // namespace
 
 Reading readingOf(const Expectations& expectations) {
     Reading reading;
     reading.kind = expectations.kind;
-    reading.signal = expectations.signal;
+    setSignal(reading, expectations);
     for (const Expectation& each : expectations.values) {
         if (each.to && !std::holds_alternative<std::monostate>(each.target)) {
             reading.entries.push_back({.key = *each.to, .value = each.target});
@@ -84,11 +113,11 @@ Expectations composed(const Expectations& first, const Expectations& second) {
             inBetween.emplace(*each.to, &each);
         }
     }
-    // One of the two is 1: a pair that is written has no other.
     Expectations both{.kind = second.kind,
                       .values = {},
                       .signal = second.signal,
-                      .signalFactor = first.signalFactor * second.signalFactor,
+                      .memory = second.memory,
+                      .signalFactor = second.signalFactor,
                       .signalRule =
                           first.signalRule == nullptr ? second.signalRule : first.signalRule,
                       .signalWords = joined({first.signalWords, second.signalWords}, "; then ")};
@@ -103,14 +132,12 @@ Expectations composed(const Expectations& first, const Expectations& second) {
     return both;
 }
 
-Expectations expectedBehindPair(const Reading& andi, const std::string& sliceFile) {
-    const Expectations pair = expectedOfPair(andi);
-    return composed(pair, expectedOfAndi(readingOf(pair), sliceFile));
-}
-
-Expectations expectedBehindAndi(const Reading& pair, const std::string& sliceFile) {
-    const Expectations andi = expectedOfAndi(pair, sliceFile);
-    return composed(andi, expectedOfPair(readingOf(andi)));
+Expectations expectedBehindTrips(const Reading& source, const std::string& sliceFile, int count) {
+    Expectations expected = expectedBehindTrip(source, sliceFile);
+    for (int trip = 2; trip <= count; ++trip) {
+        expected = composed(expected, expectedBehindTrip(readingOf(expected), sliceFile));
+    }
+    return expected;
 }
 
 } // namespace korlit::host

@@ -14,10 +14,9 @@ Reading readingOf(const Expectations& expectations);
 /// first.
 Expectations composed(const Expectations& first, const Expectations& second);
 
-/// What becomes of an ANDI file in the ANDI file made of its pair, which names `sliceFile` as its
-/// source.
-Expectations expectedBehindPair(const Reading& andi, const std::string& sliceFile);
-/// What becomes of a pair in the pair made of its ANDI file.
-Expectations expectedBehindAndi(const Reading& pair, const std::string& sliceFile);
+/// What becomes of an ANDI file in that which comes back from a pair, or of a pair in that which
+/// comes back from an ANDI file, after so many trips, 1 at least. `sliceFile` is the slice file
+/// that the ANDI file was made of last.
+Expectations expectedBehindTrips(const Reading& source, const std::string& sliceFile, int count);
 
 } // namespace korlit::host

@@ -112,11 +112,11 @@ TEST_F(Verdicts, MissNoBitBehindATrip) {
     std::filesystem::remove(source);
     ASSERT_EQ(callAsHost(Merivolta2Andi, slice).result, 1);
     const Reading back = readAndi(folder.path("hplc_run.cdf"));
-    changeAll(expectedBehindPair(start, slice), back);
+    changeAll(expectedBehindTrips(start, slice, 1), back);
 
     const Reading pair = readPair(slice);
     ASSERT_EQ(callAsHost(Andi2Merivolta, folder.path("hplc_run.cdf")).result, 1);
-    changeAll(expectedBehindAndi(pair, slice), readPair(slice));
+    changeAll(expectedBehindTrips(pair, slice, 1), readPair(slice));
 }
 
 TEST_F(Verdicts, HoldWhatIsNoNumberAndTheSignOfZeroToTheBit) {
