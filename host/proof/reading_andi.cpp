@@ -28,7 +28,7 @@ Value valueOf(const NumberView& numbers) {
     return text;
 }
 
-std::string untilNul(const void* characters, std::int32_t count) {
+std::string untilNul(const void* characters, std::int64_t count) {
     const auto* start = static_cast<const char*>(characters);
     return start == nullptr ? "" : std::string{start, std::find(start, start + count, '\0')};
 }
@@ -46,7 +46,7 @@ Value valueOf(const AndiImage& image, const AndiVariable& variable) {
         return valueOf(numbersOf(&variable));
     }
     return variable.DimensionCount == 2 ? joined(rowsOf(image, &variable), "\n")
-                                        : untilNul(variable.Data, variable.ElementCount);
+                                        : untilNul(variable.Data, variable.VSize);
 }
 
 /// Whether it has a value a peak: by its dimension, or by a name that conversions know.
