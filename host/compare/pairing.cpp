@@ -50,8 +50,8 @@ class Lone {
 
     static void erase(Files& files, const fs::path& key, const PlacedFile& file) {
         const auto [begin, end] = files.equal_range(key);
-        files.erase(std::ranges::find(std::ranges::subrange{begin, end}, &file,
-                                      [](const auto& each) { return each.second; }));
+        files.erase(
+            std::find_if(begin, end, [&](const auto& each) { return each.second == &file; }));
     }
 
     Files byPlace;
