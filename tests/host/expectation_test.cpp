@@ -1,12 +1,15 @@
 // What is expected of pairs and runs in ANDI files, against what the built library makes of them.
 #include "host/proof/expectation.h"
+#include "host/proof/losses.h"
 #include "host/proof/stamp_zone.h"
+#include "native/native_records.h"
 #include "tests/support/cases.h"
 #include "tests/support/host_call.h"
 #include "tests/support/temp_folder.h"
 
 #include <algorithm>
 #include <cctype>
+#include <cstring>
 #include <fstream>
 #include <map>
 #include <set>
@@ -94,6 +97,34 @@ TEST_F(Expected, OfPairsIsWhatTheLibraryMakesOfThem) {
         }
     }
     EXPECT_GT(count, 13);
+}
+
+TEST_F(Expected, NamesWhatAPairLoses) {
+    constexpr std::size_t firstPeak = 356;
+    struct Change {
+        const char* extension;
+        std::size_t place;
+        const char* bytes;
+        const char* rule;
+    };
+    const auto haveLoss = [&](const std::string& rule) {
+        const auto losses = lossesOf(expectedOfAndi(readPair(folder.path("run.sli")), "run.sli"));
+        return std::ranges::find(losses, rule, &Loss::rule) != losses.end();
+    };
+    for (const auto& [extension, place, bytes, rule] : std::initializer_list<Change>{
+             {"sli", offsetof(SliHeader, SeparationType), "\x03", "separation-unknown"},
+             {"sli", offsetof(SliHeader, DateText), "99.99.2005", "date-unreadable"},
+             {"rpt", firstPeak + offsetof(PeakRecord, PeakStartTime), "\x01",
+              "second-value-left-out"},
+             {"rpt", firstPeak + offsetof(PeakRecord, PeakAreaPercent), "\x01",
+              "second-value-left-out"}}) {
+        pairOf({});
+        EXPECT_FALSE(haveLoss(rule)) << rule;
+        const std::string name = std::string{"run."} + extension;
+        std::string changed = readFile(folder.path(name));
+        folder.write(name, changed.replace(place, std::strlen(bytes), bytes));
+        EXPECT_TRUE(haveLoss(rule)) << rule << ' ' << place;
+    }
 }
 
 TEST_F(Expected, OfRunsIsWhatTheLibraryMakesOfThem) {
