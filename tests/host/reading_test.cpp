@@ -124,7 +124,8 @@ TEST_F(PairReading, SeesEachByteOfBothFiles) {
 }
 
 TEST_F(PairReading, IsWhatIsExpectedOfItsAndiFile) {
-    const Expectations expected = expectedOfPair(readAndi(TEST_DATA "two_peaks.cdf"));
+    const Reading andi = readAndi(TEST_DATA "two_peaks.cdf");
+    const Expectations expected = expectedOfPair(andi);
     std::map<ValueKey, Value> values;
     for (const Expectation& each : expected.values) {
         if (each.to) {
