@@ -2,11 +2,14 @@
 
 #include "host/files/origin.h"
 
-#include <nlohmann/json.hpp>
-
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <iterator>
+#include <stdexcept>
+#include <string_view>
+#include <type_traits>
+#include <utility>
 
 namespace korlit::host {
 
@@ -157,82 +160,153 @@ Outcome plannedOutcome(const Decision& decision) {
 
 namespace {
 
-nlohmann::json packed(const RecordedVerdict& verdict) {
-    nlohmann::json expected = nlohmann::json::array();
-    for (const auto& [rule, words, count] : verdict.expected) {
-        expected.push_back({rule, words, count});
+/// Writes values one behind the other, each text and each list behind its size.
+class Packer {
+  public:
+    template <typename Number>
+    requires std::is_arithmetic_v<Number>
+    void add(Number number) { bytes.append(reinterpret_cast<const char*>(&number), sizeof number); }
+    void add(const std::string& text) {
+        add(text.size());
+        bytes += text;
     }
-    return {verdict.words, verdict.isSame, expected, verdict.unexpected};
-}
-
-RecordedVerdict unpacked(const nlohmann::json& json) {
-    RecordedVerdict verdict{
-        .words = json[0], .isSame = json[1], .expected = {}, .unexpected = json[3]};
-    for (const auto& rule : json[2]) {
-        verdict.expected.push_back({.rule = rule[0], .words = rule[1], .count = rule[2]});
+    template <typename Item, typename Add>
+    void addAll(const std::vector<Item>& items, Add addItem) {
+        add(items.size());
+        std::ranges::for_each(items, addItem);
     }
-    return verdict;
+    void addTexts(const std::vector<std::string>& texts) {
+        addAll(texts, [this](const std::string& text) { add(text); });
+    }
+
+    std::string bytes;
+};
+
+/// Reads them in the same order. Throws an out_of_range where the text ends ahead of one.
+class Unpacker {
+  public:
+    explicit Unpacker(std::string_view packed) : rest{packed} {}
+
+    template <typename Number>
+    Number number() {
+        Number number{};
+        std::memcpy(&number, take(sizeof number).data(), sizeof number);
+        return number;
+    }
+    std::string text() { return std::string{take(number<std::size_t>())}; }
+    template <typename Read>
+    auto all(Read readItem) {
+        std::vector<decltype(readItem())> items;
+        for (auto count = number<std::size_t>(); count > 0; --count) {
+            items.push_back(readItem());
+        }
+        return items;
+    }
+    std::vector<std::string> texts() {
+        return all([this] { return text(); });
+    }
+
+  private:
+    std::string_view take(std::size_t size) {
+        if (size > rest.size()) {
+            throw std::out_of_range{"An outcome ends early"};
+        }
+        const std::string_view taken = rest.substr(0, size);
+        rest.remove_prefix(size);
+        return taken;
+    }
+
+    std::string_view rest;
+};
+
+void pack(Packer& packer, const RecordedVerdict& verdict) {
+    packer.add(verdict.words);
+    packer.add(verdict.isSame);
+    packer.addAll(verdict.expected, [&](const RecordedChange& change) {
+        packer.add(change.rule);
+        packer.add(change.words);
+        packer.add(change.count);
+    });
+    packer.addTexts(verdict.unexpected);
 }
 
-nlohmann::json packed(const ResampledFile& resampling) {
-    return {resampling.intervalMs, resampling.oldCount, resampling.newCount,
-            resampling.deviation,  resampling.unit,     resampling.isTotalIon};
+// What stands in braces is read in its order.
+
+RecordedVerdict unpackVerdict(Unpacker& packed) {
+    return {.words = packed.text(),
+            .isSame = packed.number<bool>(),
+            .expected = packed.all([&] {
+                return RecordedChange{.rule = packed.text(),
+                                      .words = packed.text(),
+                                      .count = packed.number<std::int64_t>()};
+            }),
+            .unexpected = packed.texts()};
 }
 
-ResampledFile unpackedResampling(const nlohmann::json& json) {
-    return {.intervalMs = json[0],
-            .oldCount = json[1],
-            .newCount = json[2],
-            .deviation = json[3],
-            .unit = json[4],
-            .isTotalIon = json[5]};
+void pack(Packer& packer, const ResampledFile& resampling) {
+    packer.add(resampling.intervalMs);
+    packer.add(resampling.oldCount);
+    packer.add(resampling.newCount);
+    packer.add(resampling.deviation);
+    packer.add(resampling.unit);
+    packer.add(resampling.isTotalIon);
+}
+
+ResampledFile unpackResampling(Unpacker& packed) {
+    return {.intervalMs = packed.number<decltype(ResampledFile::intervalMs)>(),
+            .oldCount = packed.number<decltype(ResampledFile::oldCount)>(),
+            .newCount = packed.number<decltype(ResampledFile::newCount)>(),
+            .deviation = packed.number<decltype(ResampledFile::deviation)>(),
+            .unit = packed.text(),
+            .isTotalIon = packed.number<bool>()};
 }
 
 } // namespace
 
 std::string packOutcome(std::size_t job, const Outcome& outcome) {
-    auto losses = nlohmann::json::array();
-    for (const auto& [rule, words] : outcome.losses) {
-        losses.push_back({rule, words});
+    Packer packer;
+    packer.add(job);
+    packer.add(static_cast<std::uint8_t>(outcome.status));
+    packer.add(outcome.message);
+    packer.addTexts(outcome.warnings);
+    packer.addAll(outcome.losses, [&](const Loss& loss) {
+        packer.add(loss.rule);
+        packer.add(loss.words);
+    });
+    packer.add(outcome.resampling.has_value());
+    if (outcome.resampling) {
+        pack(packer, *outcome.resampling);
     }
-    const nlohmann::json json{job,
-                              static_cast<int>(outcome.status),
-                              outcome.message,
-                              outcome.warnings,
-                              losses,
-                              outcome.seconds,
-                              outcome.points,
-                              outcome.peaks,
-                              outcome.record,
-                              outcome.verdict ? packed(*outcome.verdict) : nlohmann::json{},
-                              outcome.resampling ? packed(*outcome.resampling) : nlohmann::json{}};
-    const auto bytes = nlohmann::json::to_cbor(json);
-    return {bytes.begin(), bytes.end()};
+    packer.add(outcome.seconds);
+    packer.add(outcome.points);
+    packer.add(outcome.peaks);
+    packer.add(outcome.verdict.has_value());
+    if (outcome.verdict) {
+        pack(packer, *outcome.verdict);
+    }
+    packer.add(outcome.record);
+    return std::move(packer.bytes);
 }
 
 Outcome unpackOutcome(const std::string& text) {
-    const nlohmann::json json = nlohmann::json::from_cbor(text);
-    Outcome outcome{.status = static_cast<JobStatus>(json[1].get<int>()),
-                    .message = json[2],
-                    .warnings = json[3],
-                    .seconds = json[5],
-                    .points = json[6],
-                    .peaks = json[7],
-                    .record = json[8]};
-    for (const auto& loss : json[4]) {
-        outcome.losses.push_back({.rule = loss[0], .words = loss[1]});
-    }
-    if (!json[9].is_null()) {
-        outcome.verdict = unpacked(json[9]);
-    }
-    if (!json[10].is_null()) {
-        outcome.resampling = unpackedResampling(json[10]);
-    }
-    return outcome;
+    Unpacker packed{text};
+    packed.number<std::size_t>();
+    return {.status = static_cast<JobStatus>(packed.number<std::uint8_t>()),
+            .message = packed.text(),
+            .warnings = packed.texts(),
+            .losses =
+                packed.all([&] { return Loss{.rule = packed.text(), .words = packed.text()}; }),
+            .resampling =
+                packed.number<bool>() ? std::optional{unpackResampling(packed)} : std::nullopt,
+            .seconds = packed.number<double>(),
+            .points = packed.number<std::int64_t>(),
+            .peaks = packed.number<std::int64_t>(),
+            .verdict = packed.number<bool>() ? std::optional{unpackVerdict(packed)} : std::nullopt,
+            .record = packed.text()};
 }
 
 std::size_t packedJob(const std::string& text) {
-    return nlohmann::json::from_cbor(text)[0];
+    return Unpacker{text}.number<std::size_t>();
 }
 
 } // namespace korlit::host
