@@ -24,7 +24,7 @@ std::string unexpectedLines(const Verdict& verdict, const std::string& indent, s
     std::size_t count = 0;
     for (const Change& change : verdict.changes) {
         if (change.rule == nullptr && ++count <= most) {
-            lines += indent + "unexpected: " + change.words + '\n';
+            lines += indent + "unexpected: " + change.text() + '\n';
         }
     }
     return lines + (count > most ? indent + "unexpected: and " + std::to_string(count - most) +
@@ -42,7 +42,7 @@ std::string expectedLines(const Verdict& verdict, const std::string& indent, boo
         }
         for (const Change& change : verdict.changes) {
             if (change.rule == rule) {
-                lines += start + change.words + '\n';
+                lines += start + change.text() + '\n';
             }
         }
     }

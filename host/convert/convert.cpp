@@ -71,13 +71,15 @@ void planAll(const WorkList& work, Existing existing, Report& report) {
 void convertInWorkers(const WorkList& work, const ConvertOptions& options, Report& report,
                       Recording& recording) {
     const std::string& batch = recording.batchName();
-    Converter converter{{.existing = options.existing,
-                         .isCutAllowed = options.isCutAllowed,
-                         .isVerified = options.isVerified,
-                         .resampleMs = options.resampleMs,
-                         .isSynced = options.isSynced,
-                         .isRecorded = recording.isAsked(),
-                         .batch = batch}};
+    Converter converter{
+        {.existing = options.existing,
+         .isCutAllowed = options.isCutAllowed,
+         .isVerified = options.isVerified,
+         .resampleMs = options.resampleMs,
+         .areLossesTold = !options.report.isQuiet || options.report.isJson || recording.isAsked(),
+         .isSynced = options.isSynced,
+         .isRecorded = recording.isAsked(),
+         .batch = batch}};
     settleFolders(work.targetFolders());
     SettledOutcomes settled;
     runInWorkers(options.workerCount, work.size(),

@@ -159,7 +159,10 @@ void Converter::convert(const Job& job, std::size_t number, const Decision& deci
         outcome.message += " and " + plan.targets.back().path.string();
     }
     outcome.resampling = source.resampling();
-    const Prospect prospect = source.prospect();
+    Prospect prospect;
+    if (options.isVerified || options.areLossesTold) {
+        prospect = source.prospect();
+    }
     if (options.isVerified) {
         const Verdict verdict = verdictOfStaged(plan, work->path(), prospect);
         outcome.verdict = recorded(verdict);

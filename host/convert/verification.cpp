@@ -38,7 +38,7 @@ void join(Verdict& all, Verdict one, int channel) {
     all.points += one.points;
     all.peaks += one.peaks;
     for (Change& change : one.changes) {
-        if (channel > 0) {
+        if (channel > 0 && change.rule == nullptr) {
             change.words.insert(0, "channel " + std::to_string(channel) + ": ");
         }
         all.changes.push_back(std::move(change));

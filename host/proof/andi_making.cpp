@@ -28,6 +28,10 @@ constexpr std::array<Origin, 4> scalarOrigins{{
 
 constexpr std::array<const char*, 2> positionFields{"AutosamplerRack", "AutosamplerVial"};
 
+std::size_t peakOf(const Entry* entry) {
+    return entry->key.peak;
+}
+
 /// What comes from fields that the source has; answers whether anything does.
 bool putFrom(AndiMaking& making, std::span<const Origin> origins, const ValueKey& to,
              const Value& target) {
@@ -145,20 +149,23 @@ void expectSignal(AndiMaking& making) {
 
 } // namespace
 
-AndiMaking::AndiMaking(const Reading& sourceReading) : source{sourceReading} {
+AndiMaking::AndiMaking(const Reading& sourceReading)
+    : source{sourceReading}, values{sourceReading.entries} {
     for (const Entry& entry : source.entries) {
-        entries.emplace(Place{entry.key.name, entry.key.peak, entry.key.part}, &entry);
+        byPeak.push_back(&entry);
     }
+    std::ranges::stable_sort(byPeak, {}, peakOf);
     values.expected.kind = FileKind::Andi;
 }
 
 const Entry* AndiMaking::find(std::string_view name, std::size_t peak,
                               std::string_view part) const {
-    const auto found = entries.lower_bound({name, peak, part});
-    const bool isThere = found != entries.end() && found->second->key.name == name &&
-                         found->second->key.peak == peak &&
-                         (part.empty() || found->second->key.part == part);
-    return isThere ? found->second : nullptr;
+    // Records have few fields.
+    const auto ofPeak = std::ranges::equal_range(byPeak, peak, {}, peakOf);
+    const auto found = std::ranges::find_if(ofPeak, [&](const Entry* entry) {
+        return entry->key.name == name && (part.empty() || entry->key.part == part);
+    });
+    return found == ofPeak.end() ? nullptr : *found;
 }
 
 double AndiMaking::number(std::string_view name, std::size_t peak) const {

@@ -7,10 +7,8 @@
 #include "host/proof/expected_values.h"
 
 #include <cstdint>
-#include <map>
 #include <string>
 #include <string_view>
-#include <tuple>
 #include <vector>
 
 namespace korlit::host {
@@ -36,9 +34,7 @@ class AndiMaking {
     void leaveRest();
 
   private:
-    /// Name, peak and part.
-    using Place = std::tuple<std::string_view, std::size_t, std::string_view>;
-    std::map<Place, const Entry*> entries;
+    std::vector<const Entry*> byPeak;
 };
 
 /// What comes from which field of the source, and why it isn't the same there.

@@ -29,13 +29,18 @@ struct Expectation {
     std::optional<ValueKey> to{};
     Value target{};                   ///< to the last bit
     const ChangeRule* rule = nullptr; ///< none where the value is kept as it is
-    std::string words{}; ///< what happens to this one, on one line; empty without a rule
+    /// What happens to this one, where changeWords can't tell it from the rest.
+    std::string words{};
 };
 
 /// Whether a value is kept, so that its rule is no more than a note.
 inline bool isNote(const Expectation& expectation) {
     return expectation.from && expectation.to && areSame(expectation.source, expectation.target);
 }
+
+/// What happens to a value, on one line; empty without a rule. Few of these lines are ever read:
+/// they are put together when somebody asks.
+std::string changeWords(const Expectation& expectation);
 
 /// What one output must hold.
 struct Expectations {

@@ -22,22 +22,33 @@ std::string nameOf(const ValueKey& key) {
     return key.peak == 0 ? key.name : key.name + " of peak " + std::to_string(key.peak);
 }
 
+std::string changeWords(const Expectation& expectation) {
+    if (!expectation.words.empty() || expectation.rule == nullptr) {
+        return expectation.words;
+    }
+    return expectation.from ? nameOf(*expectation.from) + ' ' + wordsOf(expectation.source) +
+                                  " becomes " + wordsOf(expectation.target)
+                            : nameOf(*expectation.to) + " is " + wordsOf(expectation.target);
+}
+
+ExpectedValues::ExpectedValues(std::span<const Entry> sourceValues)
+    : entries{sourceValues}, taken(sourceValues.size()) {
+    expected.values.reserve(2 * entries.size());
+}
+
 void ExpectedValues::put(const Entry* source, ValueKey to, Value target, const ChangeRule& rule,
                          std::string words) {
-    Expectation expectation{.to = std::move(to), .target = std::move(target)};
+    Expectation& expectation =
+        expected.values.emplace_back(Expectation{.to = std::move(to), .target = std::move(target)});
     if (source != nullptr) {
         expectation.from = source->key;
         expectation.source = source->value;
-        taken.insert(source->key);
+        taken[indexOf(*source)] = true;
         if (!areSame(expectation.source, expectation.target)) {
             expectation.rule = &rule;
-            expectation.words = !words.empty()
-                                    ? std::move(words)
-                                    : nameOf(source->key) + ' ' + wordsOf(source->value) +
-                                          " becomes " + wordsOf(expectation.target);
+            expectation.words = std::move(words);
         }
     }
-    expected.values.push_back(std::move(expectation));
 }
 
 void ExpectedValues::remark(const ChangeRule& rule, std::string words) {
@@ -46,15 +57,11 @@ void ExpectedValues::remark(const ChangeRule& rule, std::string words) {
 }
 
 void ExpectedValues::set(ValueKey to, Value target, const ChangeRule& rule) {
-    std::string words = nameOf(to) + " is " + wordsOf(target);
-    expected.values.push_back({.to = std::move(to),
-                               .target = std::move(target),
-                               .rule = &rule,
-                               .words = std::move(words)});
+    expected.values.push_back({.to = std::move(to), .target = std::move(target), .rule = &rule});
 }
 
 void ExpectedValues::leave(const Entry& source, const ChangeRule& rule, std::string words) {
-    taken.insert(source.key);
+    taken[indexOf(source)] = true;
     expected.values.push_back(
         {.from = source.key, .source = source.value, .rule = &rule, .words = std::move(words)});
 }

@@ -3,9 +3,11 @@
 
 #include "host/proof/expectation.h"
 
-#include <set>
+#include <cstddef>
+#include <span>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace korlit::host {
 
@@ -15,7 +17,11 @@ std::string wordsOf(const Value& value);
 /// "peak_area of peak 2".
 std::string nameOf(const ValueKey& key);
 
-struct ExpectedValues {
+class ExpectedValues {
+  public:
+    /// Of a source with these values.
+    explicit ExpectedValues(std::span<const Entry> sourceValues);
+
     Expectations expected;
 
     /// A value of the source goes to one of the target. The rule is why the two differ; where they
@@ -30,10 +36,15 @@ struct ExpectedValues {
     void leave(const Entry& source, const ChangeRule& rule, std::string words);
 
     /// Whether a value went anywhere, or was left for a reason.
-    bool isTaken(const Entry& source) const { return taken.contains(source.key); }
+    bool isTaken(const Entry& source) const { return taken[indexOf(source)]; }
 
   private:
-    std::set<ValueKey> taken;
+    std::size_t indexOf(const Entry& source) const {
+        return static_cast<std::size_t>(&source - entries.data());
+    }
+
+    std::span<const Entry> entries;
+    std::vector<bool> taken; ///< by their index
 };
 
 } // namespace korlit::host

@@ -9,7 +9,7 @@ namespace {
 
 struct Group {
     const ChangeRule* rule;
-    std::string column; ///< of peaks; empty for what there is one of
+    std::string_view column; ///< of peaks; empty for what there is one of
     std::string words;
     std::size_t moreCount = 0;
 };
@@ -39,9 +39,9 @@ std::vector<Loss> lossesOfAll(const std::vector<std::vector<Loss>>& channels) {
 }
 
 /// The column whose peaks share a line.
-std::string columnOf(const Expectation& expectation) {
+std::string_view columnOf(const Expectation& expectation) {
     const auto& key = expectation.from ? expectation.from : expectation.to;
-    return key && key->peak > 0 ? key->name : "";
+    return key && key->peak > 0 ? std::string_view{key->name} : std::string_view{};
 }
 
 } // namespace
@@ -49,8 +49,7 @@ std::string columnOf(const Expectation& expectation) {
 std::vector<Loss> lossesOf(const Expectations& expected) {
     std::vector<Group> groups;
     std::set<std::pair<const ChangeRule*, std::string>> told;
-    const auto add = [&](const ChangeRule* rule, const std::string& column,
-                         const std::string& words) {
+    const auto add = [&](const ChangeRule* rule, std::string_view column, std::string words) {
         if (!told.emplace(rule, words).second) {
             return;
         }
@@ -60,12 +59,12 @@ std::vector<Loss> lossesOf(const Expectations& expected) {
         if (same != groups.end()) {
             ++same->moreCount;
         } else {
-            groups.push_back({.rule = rule, .column = column, .words = words});
+            groups.push_back({.rule = rule, .column = column, .words = std::move(words)});
         }
     };
     for (const Expectation& each : expected.values) {
         if (isLoss(each.rule)) {
-            add(each.rule, columnOf(each), each.words);
+            add(each.rule, columnOf(each), changeWords(each));
         }
     }
     if (isLoss(expected.signalRule)) {

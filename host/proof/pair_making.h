@@ -15,7 +15,7 @@ namespace korlit::host {
 struct PairMaking {
     const Reading& andi;
     AndiLookup lookup{andi};
-    ExpectedValues values{};
+    ExpectedValues values{andi.entries};
 };
 
 /// A text in so many bytes, with the rule and the words if that cuts it.

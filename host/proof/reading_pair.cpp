@@ -1,40 +1,57 @@
 #include "host/files/diagnosis.h"
 #include "host/proof/pair_fields.h"
 #include "host/proof/reading.h"
+#include "host/system/open_file.h"
 #include "host/text/numbers.h"
 #include "native/ostrelix.h"
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
 #include <iomanip>
-#include <map>
 #include <memory>
 #include <span>
 #include <sstream>
 #include <stdexcept>
+#include <vector>
 
 namespace korlit::host {
 
 namespace {
 
-/// A file's bytes, and which of them were read.
+struct Stretch {
+    std::int64_t start;
+    std::int64_t end;
+};
+
+/// A file's bytes as far as they are loaded, and which of them were read. What isn't loaded takes
+/// no memory.
 struct FileBytes {
     std::string path;
+    std::unique_ptr<OpenFile> file;
     std::int64_t size = 0;
     std::unique_ptr<char[]> bytes; // NOLINT(modernize-avoid-c-arrays): nobody sets them beforehand
-    std::map<std::int64_t, std::int64_t> readEnds; ///< of each stretch that was read, by its start
+    std::vector<Stretch> readStretches;
 
-    explicit FileBytes(const std::string& file) : path{file} {
-        std::error_code error;
-        const auto fileSize = std::filesystem::file_size(file, error);
-        size = error ? 0 : static_cast<std::int64_t>(fileSize);
+    explicit FileBytes(const std::string& filePath) : path{filePath} {
+        try {
+            file = std::make_unique<OpenFile>(filePath, OpenFile::Use::Read);
+            size = file->size();
+        } catch (const std::filesystem::filesystem_error&) {
+            fail();
+        }
         bytes.reset(new char[static_cast<std::size_t>(size)]);
-        std::ifstream in{file, std::ios::binary};
-        if (!in.read(bytes.get(), size) || error) {
+    }
+    void load(std::int64_t place, std::int64_t length) const {
+        const std::span part{bytes.get() + place, static_cast<std::size_t>(length)};
+        try {
+            if (file->read(place, std::as_writable_bytes(part)) != length) {
+                fail();
+            }
+        } catch (const std::filesystem::filesystem_error&) {
             fail();
         }
     }
+    void loadAll() const { load(0, size); }
 
     [[noreturn]] void fail() const {
         throw std::runtime_error{
@@ -48,8 +65,7 @@ struct FileBytes {
         return bytes.get() + place;
     }
     void markRead(std::int64_t place, std::int64_t length) {
-        std::int64_t& end = readEnds[place];
-        end = std::max(end, place + length);
+        readStretches.push_back({.start = place, .end = place + length});
     }
     template <typename Record>
     Record recordAt(std::int64_t place) const {
@@ -123,13 +139,17 @@ void readFields(Reading& reading, FileBytes& file, std::int64_t place, const voi
         Value value = each.valueAt(field, each.size);
         const auto* text = std::get_if<std::string>(&value);
         file.markRead(place + static_cast<std::int64_t>(each.offset),
-                      std::ssize(text == nullptr ? std::string(each.size, ' ') : *text));
+                      static_cast<std::int64_t>(text == nullptr ? each.size : text->size()));
         reading.entries.push_back({.key = {.part = each.part, .name = each.name, .peak = peak},
                                    .value = std::move(value)});
     }
 }
 
-void readSlice(Reading& reading, FileBytes& file) {
+void readSlice(Reading& reading, FileBytes& file, Samples samples) {
+    // A small file is there with one call.
+    constexpr std::int64_t smallSize = 64L * 1024;
+    const bool isWhole = samples == Samples::Loaded || file.size <= smallSize;
+    file.load(0, isWhole ? file.size : sliceDataOffset);
     const Slice slice = sliceIn(file);
     readFields(reading, file, 0, &slice.header, sliceFields);
     const std::int64_t byteCount = std::int64_t{sizeof(float)} * slice.header.PointCount;
@@ -137,6 +157,10 @@ void readSlice(Reading& reading, FileBytes& file) {
         NumberView{AndiType::Float, file.at(slice.dataOffset, byteCount), slice.header.PointCount};
     reading.signalFactor = slice.header.ScaleFactor;
     file.markRead(slice.dataOffset, byteCount);
+    if (!isWhole) {
+        const std::int64_t end = slice.dataOffset + byteCount;
+        file.load(end, file.size - end);
+    }
 }
 
 void readPeaks(Reading& reading, FileBytes& file, std::int64_t place, int count, bool isLong) {
@@ -195,10 +219,11 @@ class Rest {
 };
 
 /// Of what was not read; what was counts as zeros.
-std::string wordsOfRest(const FileBytes& file) {
+std::string wordsOfRest(FileBytes& file) {
+    std::ranges::sort(file.readStretches, {}, &Stretch::start);
     Rest rest;
     std::int64_t place = 0;
-    for (const auto& [start, end] : file.readEnds) {
+    for (const auto& [start, end] : file.readStretches) {
         rest.add(file.bytes.get(), place, std::min(start, file.size));
         place = std::max(place, start);
         rest.addZeros(end - place);
@@ -208,7 +233,7 @@ std::string wordsOfRest(const FileBytes& file) {
     return rest.words();
 }
 
-void addReservedBytes(Reading& reading, const FileBytes& slice, const FileBytes& report) {
+void addReservedBytes(Reading& reading, FileBytes& slice, FileBytes& report) {
     std::string words = wordsOfRest(slice);
     if (const std::string more = wordsOfRest(report); !more.empty()) {
         words += (words.empty() ? "" : "; ") + ("in the report " + more);
@@ -221,14 +246,15 @@ void addReservedBytes(Reading& reading, const FileBytes& slice, const FileBytes&
 
 } // namespace
 
-Reading readPair(const std::string& sliceFile) {
+Reading readPair(const std::string& sliceFile, Samples samples) {
     const auto files = formatOf(FileKind::Merivolta).sourceFiles(sliceFile);
     const auto slice = std::make_shared<FileBytes>(sliceFile);
     FileBytes report{files.back().path.string()};
+    report.loadAll();
     Reading reading;
     reading.kind = FileKind::Merivolta;
     reading.memory = slice;
-    readSlice(reading, *slice);
+    readSlice(reading, *slice, samples);
     readReport(reading, report);
     addReservedBytes(reading, *slice, report);
     return reading;

@@ -23,8 +23,9 @@ Expectation composed(const Expectation& first, const Expectation& second) {
                      .to = second.to,
                      .target = second.target,
                      .rule = isChange(second) || first.rule == nullptr ? second.rule : first.rule};
-    both.words = joined({isChange(first) ? first.words : "", isChange(second) ? second.words : ""},
-                        "; then ");
+    both.words = joined(
+        {isChange(first) ? changeWords(first) : "", isChange(second) ? changeWords(second) : ""},
+        "; then ");
     return both;
 }
 

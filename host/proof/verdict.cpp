@@ -58,7 +58,7 @@ std::string quantity(std::size_t count, const std::string& thing) {
 }
 
 std::string wordsOf(const ValueKey& key) {
-    return (key.peak > 0 ? "peak " + std::to_string(key.peak) : key.part) + ": " +
+    return (key.peak > 0 ? "peak " + std::to_string(key.peak) : std::string{key.part}) + ": " +
            printable(key.name);
 }
 
@@ -88,7 +88,7 @@ void addSide(Json& json, const char* name, const std::optional<ValueKey>& key, c
 
 Json jsonOf(const Expectation& expectation) {
     const ValueKey& key = expectation.to ? *expectation.to : *expectation.from;
-    Json json{{"part", key.part}};
+    Json json{{"part", std::string{key.part}}};
     if (key.peak > 0) {
         json["peak"] = key.peak;
     }
@@ -117,9 +117,8 @@ void holdValues(Verdict& verdict, const Expectations& expectations, const Readin
                 addUnexpected(verdict, each, found);
             }
         } else if (!each.to || (each.rule != nullptr && !isNote(each))) {
-            verdict.changes.push_back({.part = (each.to ? each.to : each.from)->part,
+            verdict.changes.push_back({.part = std::string{(each.to ? each.to : each.from)->part},
                                        .rule = each.rule,
-                                       .words = each.words,
                                        .expectation = &each});
         }
     }
@@ -176,12 +175,16 @@ std::size_t peakCount(const Reading& reading) {
 
 } // namespace
 
+std::string Change::text() const {
+    return words.empty() && expectation != nullptr ? changeWords(*expectation) : words;
+}
+
 Json Change::json() const {
     Json json = expectation == nullptr ? details : jsonOf(*expectation);
     json["part"] = part;
     json["rule"] = rule == nullptr ? Json{} : Json(rule->id);
     json["expected"] = rule != nullptr;
-    json["words"] = utf8Of(words);
+    json["words"] = utf8Of(text());
     return json;
 }
 

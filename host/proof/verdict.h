@@ -15,12 +15,14 @@ namespace korlit::host {
 struct Change {
     std::string part;                 ///< "signal", "peaks" or "texts", or of an ANDI file another
     const ChangeRule* rule = nullptr; ///< which explains it; none for what is unexpected
-    std::string words{};              ///< one line
+    std::string words{};              ///< one line; empty for what the expectation tells
     Json details{};                   ///< of what no expectation is about
     /// What an expected change is about, where it stands in the expectations: they must be there
-    /// for as long as its JSON is asked for.
+    /// for as long as its text or its JSON is asked for.
     const Expectation* expectation = nullptr;
 
+    /// What it is, on one line.
+    std::string text() const;
     /// An object, with the rule's id or null.
     Json json() const;
 };
