@@ -1,8 +1,10 @@
 #include "host/files/number_view.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstring>
+#include <stdexcept>
 
 namespace korlit::host {
 
@@ -22,6 +24,28 @@ void copyElements(const void* elements, std::size_t first, std::span<double> num
     for (double& number : numbers) {
         number = elementAt<Element>(elements, first++);
     }
+}
+
+void copyFromFile(const void* floatsInFile, std::size_t first, std::span<double> numbers) {
+    const auto& [file, place] = *static_cast<const FloatsInFile*>(floatsInFile);
+    std::array<float, 4096> room{};
+    while (!numbers.empty()) {
+        const auto part = std::span{room}.first(std::min(room.size(), numbers.size()));
+        const auto bytes = std::as_writable_bytes(part);
+        if (file->read(place + static_cast<std::int64_t>(first * sizeof(float)), bytes) !=
+            std::ssize(bytes)) {
+            throw std::runtime_error{"The file has become shorter while it was read"};
+        }
+        std::ranges::copy(part, numbers.begin());
+        numbers = numbers.subspan(part.size());
+        first += part.size();
+    }
+}
+
+double numberInFile(const void* floatsInFile, std::size_t index) {
+    double number = 0;
+    copyFromFile(floatsInFile, index, std::span{&number, 1});
+    return number;
 }
 
 struct Readers {
@@ -53,15 +77,21 @@ NumberView::NumberView(AndiType elementType, const void* elements, std::size_t e
     count = numberAt == nullptr || elements == nullptr ? 0 : elementCount;
 }
 
+NumberView::NumberView(const FloatsInFile& floats, std::size_t floatCount)
+    : data{&floats}, count{floatCount}, numberAt{numberInFile}, copyFrom{copyFromFile} {}
+
 std::span<const float> NumberView::floats() const {
     const bool isAligned = reinterpret_cast<std::uintptr_t>(data) % alignof(float) == 0;
-    return type == AndiType::Float && isAligned ? std::span{static_cast<const float*>(data), count}
-                                                : std::span<const float>{};
+    return type == AndiType::Float && isAligned
+               ? std::span{static_cast<const float*>(data) + start, count}
+               : std::span<const float>{};
 }
 
 NumberView NumberView::part(std::size_t first, std::size_t length) const {
-    const auto size = static_cast<std::size_t>(elementSize(type));
-    return {type, static_cast<const char*>(data) + first * size, length};
+    NumberView view{*this};
+    view.start += first;
+    view.count = length;
+    return view;
 }
 
 } // namespace korlit::host

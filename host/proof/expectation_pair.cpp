@@ -108,11 +108,18 @@ Range rangeOf(const NumberView& samples) {
         const korlit::Extremes extremes = korlit::extremesOf(samples.floats());
         return {.smallest = extremes.smallest, .largest = extremes.largest};
     }
-    Range range;
-    for (std::size_t i = 0; i < samples.size(); ++i) {
-        const double sample = samples[i];
-        range.smallest = i == 0 || sample < range.smallest ? sample : range.smallest;
-        range.largest = i == 0 || sample > range.largest ? sample : range.largest;
+    if (samples.empty()) {
+        return {};
+    }
+    Range range{.smallest = samples.front(), .largest = samples.front()};
+    std::array<double, 4096> room{};
+    for (std::size_t first = 0; first < samples.size(); first += room.size()) {
+        const auto part = std::span{room}.first(std::min(room.size(), samples.size() - first));
+        samples.copy(first, part);
+        for (const double sample : part) {
+            range.smallest = sample < range.smallest ? sample : range.smallest;
+            range.largest = sample > range.largest ? sample : range.largest;
+        }
     }
     return range;
 }

@@ -24,8 +24,8 @@ Expectations expectedOf(const Reading& source, const std::string& file) {
 
 } // namespace
 
-Prospect prospectOf(const std::string& source, FileKind kind, Samples samples) {
-    Prospect prospect{.sources = readingsOf(source, kind, samples), .expected = {}};
+Prospect prospectOf(const std::string& source, FileKind kind) {
+    Prospect prospect{.sources = readingsOf(source, kind), .expected = {}};
     for (const Reading& each : prospect.sources) {
         prospect.expected.push_back(expectedOf(each, source));
     }

@@ -13,10 +13,10 @@ bool areSame(const Value& a, const Value& b) {
                : a == b;
 }
 
-std::vector<Reading> readingsOf(const std::string& file, FileKind kind, Samples samples) {
+std::vector<Reading> readingsOf(const std::string& file, FileKind kind) {
     switch (kind) {
     case FileKind::Merivolta:
-        return {readPair(file, samples)};
+        return {readPair(file)};
     case FileKind::Dunvale:
         return readRun(file);
     case FileKind::Andi:

@@ -69,15 +69,12 @@ Reading readAndi(const std::string& file);
 /// The same of a file in memory, which must outlive the reading.
 Reading readingOf(const AndiImage& image);
 
-/// Whether the samples are loaded. Where nobody looks at them they need not be: how many there are
-/// is known in any case, and rules that go by them load them all the same.
-enum class Samples : std::uint8_t { Loaded, LeftOut };
-
 /// Reads a Merivolta pair by the records of its two files, each field that is in them: a short
 /// record of a peak has no baseline, no second area percent and no amount. Bytes to which nothing
 /// gives a meaning are one text, "reserved bytes", where any isn't zero. The sibling library is
-/// asked only about versions that this one doesn't write.
-Reading readPair(const std::string& sliceFile, Samples samples = Samples::Loaded);
+/// asked only about versions that this one doesn't write. The samples of a long one stay in its
+/// file, which is read when they are looked at.
+Reading readPair(const std::string& sliceFile);
 
 /// Reads a Dunvale run, a data set for each channel, by the fields of its records: each has what is
 /// said of the run, too. What the file ends ahead of is zero, as it is for a conversion. The points
@@ -87,7 +84,6 @@ std::vector<Reading> readRun(const std::string& file);
 
 /// Reads a file of any kind: one data set, of a run one for each channel. What isn't recognised is
 /// taken for ANDI, which has words for it.
-std::vector<Reading> readingsOf(const std::string& file, FileKind kind,
-                                Samples samples = Samples::Loaded);
+std::vector<Reading> readingsOf(const std::string& file, FileKind kind);
 
 } // namespace korlit::host

@@ -31,6 +31,7 @@ struct FileBytes {
     std::int64_t size = 0;
     std::unique_ptr<char[]> bytes; // NOLINT(modernize-avoid-c-arrays): nobody sets them beforehand
     std::vector<Stretch> readStretches;
+    FloatsInFile samples{};
 
     explicit FileBytes(const std::string& filePath) : path{filePath} {
         try {
@@ -145,16 +146,18 @@ void readFields(Reading& reading, FileBytes& file, std::int64_t place, const voi
     }
 }
 
-void readSlice(Reading& reading, FileBytes& file, Samples samples) {
+void readSlice(Reading& reading, FileBytes& file) {
     // A small file is there with one call.
     constexpr std::int64_t smallSize = 64L * 1024;
-    const bool isWhole = samples == Samples::Loaded || file.size <= smallSize;
+    const bool isWhole = file.size <= smallSize;
     file.load(0, isWhole ? file.size : sliceDataOffset);
     const Slice slice = sliceIn(file);
     readFields(reading, file, 0, &slice.header, sliceFields);
     const std::int64_t byteCount = std::int64_t{sizeof(float)} * slice.header.PointCount;
-    reading.signal =
-        NumberView{AndiType::Float, file.at(slice.dataOffset, byteCount), slice.header.PointCount};
+    const char* samples = file.at(slice.dataOffset, byteCount);
+    file.samples = {.file = file.file.get(), .place = slice.dataOffset};
+    reading.signal = isWhole ? NumberView{AndiType::Float, samples, slice.header.PointCount}
+                             : NumberView{file.samples, slice.header.PointCount};
     reading.signalFactor = slice.header.ScaleFactor;
     file.markRead(slice.dataOffset, byteCount);
     if (!isWhole) {
@@ -246,7 +249,7 @@ void addReservedBytes(Reading& reading, FileBytes& slice, FileBytes& report) {
 
 } // namespace
 
-Reading readPair(const std::string& sliceFile, Samples samples) {
+Reading readPair(const std::string& sliceFile) {
     const auto files = formatOf(FileKind::Merivolta).sourceFiles(sliceFile);
     const auto slice = std::make_shared<FileBytes>(sliceFile);
     FileBytes report{files.back().path.string()};
@@ -254,7 +257,7 @@ Reading readPair(const std::string& sliceFile, Samples samples) {
     Reading reading;
     reading.kind = FileKind::Merivolta;
     reading.memory = slice;
-    readSlice(reading, *slice, samples);
+    readSlice(reading, *slice);
     readReport(reading, report);
     addReservedBytes(reading, *slice, report);
     return reading;
