@@ -45,7 +45,7 @@ def batches():
 def lines_of(batch, folder, programs, command):
     """The command lines by name."""
     work = batch.work
-    convert = [command, "convert", "--quiet", "--to", batch.target]
+    convert = [command, "convert", "--to", batch.target]
     file = f"{work.stem(folder)}-$i{compare.INPUTS[work.direction][0]}"
     loop = (f"i=0; while [ $i -lt {SHELL_FILES} ]; do {shlex.join(convert)} {file} || exit; "
             "i=$((i + 1)); done")
