@@ -155,13 +155,20 @@ AndiMaking::AndiMaking(const Reading& sourceReading)
         byPeak.push_back(&entry);
     }
     std::ranges::stable_sort(byPeak, {}, peakOf);
+    for (std::size_t i = 0; i < byPeak.size(); ++i) {
+        starts.resize(std::max(starts.size(), peakOf(byPeak[i]) + 1), i);
+    }
+    starts.push_back(byPeak.size());
     values.expected.kind = FileKind::Andi;
 }
 
 const Entry* AndiMaking::find(std::string_view name, std::size_t peak,
                               std::string_view part) const {
     // Records have few fields.
-    const auto ofPeak = std::ranges::equal_range(byPeak, peak, {}, peakOf);
+    if (peak + 1 >= starts.size()) {
+        return nullptr;
+    }
+    const auto ofPeak = std::span{byPeak}.subspan(starts[peak], starts[peak + 1] - starts[peak]);
     const auto found = std::ranges::find_if(ofPeak, [&](const Entry* entry) {
         return entry->key.name == name && (part.empty() || entry->key.part == part);
     });

@@ -35,6 +35,7 @@ class AndiMaking {
 
   private:
     std::vector<const Entry*> byPeak;
+    std::vector<std::size_t> starts; ///< in it, by the number of the peak
 };
 
 /// What comes from which field of the source, and why it isn't the same there.

@@ -36,19 +36,26 @@ ExpectedValues::ExpectedValues(std::span<const Entry> sourceValues)
     expected.values.reserve(2 * entries.size());
 }
 
-void ExpectedValues::put(const Entry* source, ValueKey to, Value target, const ChangeRule& rule,
-                         std::string words) {
-    Expectation& expectation =
-        expected.values.emplace_back(Expectation{.to = std::move(to), .target = std::move(target)});
+Expectation& ExpectedValues::add(const Entry* source, const ChangeRule* rule, std::string words) {
+    // In its place from the start: there are hundreds of a file.
+    Expectation& expectation = expected.values.emplace_back();
     if (source != nullptr) {
         expectation.from = source->key;
         expectation.source = source->value;
         taken[indexOf(*source)] = true;
-        if (!areSame(expectation.source, expectation.target)) {
-            expectation.rule = &rule;
-            expectation.words = std::move(words);
-        }
     }
+    expectation.rule = rule;
+    expectation.words = std::move(words);
+    return expectation;
+}
+
+void ExpectedValues::put(const Entry* source, ValueKey to, Value target, const ChangeRule& rule,
+                         std::string words) {
+    const bool isChanged = source != nullptr && !areSame(source->value, target);
+    Expectation& expectation =
+        add(source, isChanged ? &rule : nullptr, isChanged ? std::move(words) : "");
+    expectation.to = std::move(to);
+    expectation.target = std::move(target);
 }
 
 void ExpectedValues::remark(const ChangeRule& rule, std::string words) {
@@ -57,13 +64,13 @@ void ExpectedValues::remark(const ChangeRule& rule, std::string words) {
 }
 
 void ExpectedValues::set(ValueKey to, Value target, const ChangeRule& rule) {
-    expected.values.push_back({.to = std::move(to), .target = std::move(target), .rule = &rule});
+    Expectation& expectation = add(nullptr, &rule, "");
+    expectation.to = std::move(to);
+    expectation.target = std::move(target);
 }
 
 void ExpectedValues::leave(const Entry& source, const ChangeRule& rule, std::string words) {
-    taken[indexOf(source)] = true;
-    expected.values.push_back(
-        {.from = source.key, .source = source.value, .rule = &rule, .words = std::move(words)});
+    add(&source, &rule, std::move(words));
 }
 
 } // namespace korlit::host

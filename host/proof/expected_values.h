@@ -39,6 +39,7 @@ class ExpectedValues {
     bool isTaken(const Entry& source) const { return taken[indexOf(source)]; }
 
   private:
+    Expectation& add(const Entry* source, const ChangeRule* rule, std::string words);
     std::size_t indexOf(const Entry& source) const {
         return static_cast<std::size_t>(&source - entries.data());
     }

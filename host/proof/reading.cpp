@@ -14,16 +14,12 @@ bool areSame(const Value& a, const Value& b) {
 }
 
 std::vector<Reading> readingsOf(const std::string& file, FileKind kind) {
-    switch (kind) {
-    case FileKind::Merivolta:
-        return {readPair(file)};
-    case FileKind::Dunvale:
+    if (kind == FileKind::Dunvale) {
         return readRun(file);
-    case FileKind::Andi:
-    case FileKind::Unknown:
-        break;
     }
-    return {readAndi(file)};
+    std::vector<Reading> one;
+    one.push_back(kind == FileKind::Merivolta ? readPair(file) : readAndi(file));
+    return one;
 }
 
 } // namespace korlit::host
