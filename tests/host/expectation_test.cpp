@@ -182,6 +182,9 @@ TEST_F(Expected, OfWholeMeasurementsIsWhatTheLibraryMakesOfThem) {
     for (const std::string name :
          {SAMPLES "gc_run.sli", SAMPLES "hplc_run.cdf", FOREIGN_ANDI_FILE}) {
         SCOPED_TRACE(name);
+        if (name == FOREIGN_ANDI_FILE && !std::filesystem::exists(name)) {
+            continue; // which isn't everywhere
+        }
         const std::string slice = folder.path("run.sli");
         if (name.ends_with(".cdf")) {
             std::filesystem::copy_file(name, folder.path("run.cdf"),
