@@ -2,9 +2,13 @@
 
 #include "host/text/json.h"
 #include "host/text/utf8.h"
+#include "platform/text.h"
 
 #include <algorithm>
+#include <array>
+
 #include <iterator>
+#include <string_view>
 
 namespace korlit::host {
 
@@ -60,10 +64,17 @@ Json fileJson(const RecordedFile& file) {
     return json;
 }
 
+/// As digestOf writes it; other programs write the letters in upper case.
+std::string digestIn(const Json& json) {
+    std::string digits = json;
+    _strlwr(digits.data());
+    return digits;
+}
+
 RecordedFile fileIn(const Json& json) {
     RecordedFile file{.path = pathIn(json, "path")};
     if (json.contains("sha256")) {
-        file.digest = {.size = json.at("size"), .sha256 = json.at("sha256")};
+        file.digest = {.size = json.at("size"), .sha256 = digestIn(json.at("sha256"))};
     }
     return file;
 }
@@ -192,7 +203,10 @@ std::optional<ManifestRecord> recordIn(const std::string& line) try {
         return batchIn(json);
     }
     FileRecord file = recordedFileIn(json);
-    return file.sources.empty() ? std::nullopt : std::optional<ManifestRecord>{std::move(file)};
+    constexpr std::array<std::string_view, 3> results{"converted", "skipped", "failed"};
+    return file.sources.empty() || std::ranges::find(results, file.result) == results.end()
+               ? std::nullopt
+               : std::optional<ManifestRecord>{std::move(file)};
 } catch (const Json::exception&) {
     return std::nullopt;
 }

@@ -15,7 +15,11 @@
 #include <filesystem>
 #include <iostream>
 #include <map>
+#include <optional>
+#include <string>
 #include <thread>
+#include <unordered_map>
+#include <utility>
 
 namespace korlit::host {
 
@@ -23,45 +27,68 @@ namespace {
 
 namespace fs = std::filesystem;
 
-enum class FileState : std::uint8_t { Same, Changed, Gone, Unreadable };
+enum class FileState : std::uint8_t { Same, Changed, Gone, Unreadable, Unchecked };
 
-constexpr std::array<const char*, 4> stateWords{"as it was", "changed", "gone", "can't be read"};
+constexpr std::array<const char*, 5> stateWords{"as it was", "changed", "gone", "can't be read",
+                                                "not checked"};
+
+/// Where a file is to be looked for, and why it can't be.
+struct Place {
+    std::string path;
+    std::string problem{};
+};
 
 struct FileCheck {
-    fs::path path;
-    FileDigest recorded;
+    std::string path;
+    FileDigest recorded{};
     bool isOutput = false; ///< so that the conversion vouches for it that made it
     FileState state = FileState::Same;
     std::string words{}; ///< more about what isn't as it was
 };
 
-/// Where a file of a batch is to be looked for.
-fs::path placeOf(const std::string& path, const std::string& folder, const std::string& root) {
-    if (root.empty() || folder.empty()) {
-        return path;
+/// A copy is never vouched for by the original.
+Place placeOf(const std::string& path, const std::string& folder, const std::string& root) {
+    if (root.empty()) {
+        return {path};
+    }
+    if (folder.empty()) {
+        return {path, "the folder of its batch isn't known"};
     }
     const fs::path below = fs::path{path}.lexically_relative(folder);
-    return below.empty() || *below.begin() == ".." ? fs::path{path} : fs::path{root} / below;
+    if (below.empty() || *below.begin() == "..") {
+        return {path, "it wasn't below the folder of its batch"};
+    }
+    return {(root / below).string()};
 }
 
 /// The files of records, each once, with the digest that counts.
 class Checks {
   public:
     /// The newest record counts, but of what a conversion made no later one that only reads it.
-    void add(const fs::path& place, const FileDigest& digest, bool isOutput) {
-        const auto [found, isNew] = known.try_emplace(place, all.size());
-        if (isNew) {
-            all.push_back({.path = place, .recorded = digest, .isOutput = isOutput});
-        } else if (FileCheck& check = all[found->second]; isOutput || !check.isOutput) {
-            check.recorded = digest;
-            check.isOutput = isOutput;
+    void add(Place place, const std::optional<FileDigest>& digest, bool isOutput) {
+        const auto found = known.find(place.path);
+        if (found != known.end() && all[found->second].isOutput && !isOutput) {
+            return;
         }
+        const std::size_t at = found == known.end() ? all.size() : found->second;
+        if (found == known.end()) {
+            known.emplace(place.path, at);
+            all.emplace_back();
+        }
+        if (!digest) {
+            place.problem = "its record has no digest";
+        }
+        all[at] = {.path = std::move(place.path),
+                   .recorded = digest.value_or(FileDigest{}),
+                   .isOutput = isOutput,
+                   .state = place.problem.empty() ? FileState::Same : FileState::Unchecked,
+                   .words = std::move(place.problem)};
     }
 
     std::vector<FileCheck> all;
 
   private:
-    std::map<fs::path, std::size_t> known;
+    std::unordered_map<std::string, std::size_t> known;
 };
 
 /// A file that failed or was passed over is vouched for by an older record, if at all.
@@ -72,20 +99,24 @@ std::vector<FileCheck> checksOf(const Manifest& manifest, const std::string& roo
     }
     Checks checks;
     for (const FileRecord& record : manifest.files) {
+        if (!record.isConverted()) {
+            continue;
+        }
         for (const auto& [files, areOutputs] :
              {std::pair{&record.sources, false}, std::pair{&record.outputs, true}}) {
             for (const RecordedFile& file : *files) {
-                if (record.isConverted() && file.digest) {
-                    checks.add(placeOf(file.path, folders[record.batch], root), *file.digest,
-                               areOutputs);
-                }
+                checks.add(placeOf(file.path, folders[record.batch], root), file.digest,
+                           areOutputs);
             }
         }
     }
-    return checks.all;
+    return std::move(checks.all);
 }
 
 void look(FileCheck& check) {
+    if (check.state == FileState::Unchecked) {
+        return;
+    }
     std::error_code error;
     const fs::file_status status = fs::status(check.path, error);
     if (status.type() == fs::file_type::not_found) {
@@ -122,19 +153,19 @@ void lookAtAll(std::vector<FileCheck>& checks) {
 }
 
 void printLine(const FileCheck& check) {
-    std::cout << printable(check.path.string()) << ": "
-              << stateWords[static_cast<std::size_t>(check.state)]
+    std::cout << printable(check.path) << ": " << stateWords[static_cast<std::size_t>(check.state)]
               << (check.words.empty() ? "" : " (" + check.words + ")") << '\n';
 }
 
 void printJson(const FileCheck& check) {
-    constexpr std::array<const char*, 4> states{"same", "changed", "gone", "unreadable"};
-    Json json{{"file", utf8Of(check.path.string())},
+    constexpr std::array<const char*, 5> states{"same", "changed", "gone", "unreadable",
+                                                "unchecked"};
+    Json json{{"file", utf8Of(check.path)},
               {"state", states[static_cast<std::size_t>(check.state)]},
               {"words", check.words},
               {"size", check.recorded.size},
               {"sha256", check.recorded.sha256}};
-    addPathBytes(json, "file", check.path.string());
+    addPathBytes(json, "file", check.path);
     std::cout << jsonLine(json);
 }
 
@@ -149,21 +180,46 @@ std::size_t tell(const std::vector<FileCheck>& checks, const VerifyOptions& opti
     }
     if (!options.isQuiet) {
         std::cerr << checks.size() << " files: " << counts[0] << " as they were, " << counts[1]
-                  << " changed, " << counts[2] << " gone, " << counts[3] << " can't be read\n";
+                  << " changed, " << counts[2] << " gone, " << counts[3] << " can't be read"
+                  << (counts[4] == 0 ? "" : ", " + std::to_string(counts[4]) + " not checked")
+                  << '\n';
     }
     return checks.size() - counts[0];
+}
+
+/// What no file of a manifest shows is said in words.
+void tellOfGaps(const std::vector<std::string>& unfinished, bool isEmpty) {
+    for (const std::string& words : unfinished) {
+        std::cerr << "korlit verify: " << printable(words) << '\n';
+    }
+    if (isEmpty) {
+        std::cerr << "korlit verify: no file was converted, so that there is none to check\n";
+    }
+}
+
+/// What it has a use for.
+void keepDigests(FileRecord& record) {
+    FileRecord kept;
+    kept.batch = std::move(record.batch);
+    kept.result = std::move(record.result);
+    kept.sources = std::move(record.sources);
+    kept.outputs = std::move(record.outputs);
+    record = std::move(kept);
 }
 
 } // namespace
 
 int verifyFiles(const VerifyOptions& options) {
-    return withManifests("verify", options.manifests, [&](const Manifest& manifest) {
+    const auto verify = [&](const Manifest& manifest) {
         std::vector<FileCheck> checks = checksOf(manifest, options.root);
         lookAtAll(checks);
         const std::size_t differing = tell(checks, options);
         finishOutput();
-        return differing == 0 ? 0 : 1;
-    });
+        tellOfGaps(unfinishedBatches(manifest), checks.empty());
+        return differing == 0 && !checks.empty() && manifest.problems.empty() ? 0 : 1;
+    };
+    return withManifests(options.manifests,
+                         {.command = "verify", .use = verify, .drop = keepDigests});
 }
 
 } // namespace korlit::host

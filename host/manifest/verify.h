@@ -14,7 +14,8 @@ struct VerifyOptions {
 };
 
 /// Tells of each file that was converted and of each that came of it. Answers 0 if all are as they
-/// were, 1 if one isn't, and 2 where a manifest can't be read.
+/// were, 1 if one isn't or can't be checked, if there is none or if a line holds no record, and 2
+/// where a manifest can't be read.
 int verifyFiles(const VerifyOptions& options);
 
 } // namespace korlit::host

@@ -42,15 +42,6 @@ std::string totalsOf(const Rows& rows) {
            total(peaks, "peak", "peaks") + "</ul>";
 }
 
-/// How many records there are of each batch.
-std::map<std::string, std::size_t> recordCounts(const Manifest& manifest) {
-    std::map<std::string, std::size_t> counts;
-    for (const FileRecord& record : manifest.files) {
-        ++counts[record.batch];
-    }
-    return counts;
-}
-
 std::string argumentsText(const std::vector<std::string>& arguments) {
     constexpr std::size_t most = 30;
     const std::size_t shown = std::min(most, arguments.size());
@@ -75,14 +66,10 @@ std::string pageHead(const Manifest& manifest, const Rows& rows) {
     std::string notes;
     std::string batches;
     for (const BatchRecord& batch : manifest.batches) {
-        const std::size_t count = counts[batch.batch];
-        if (count < batch.fileCount) {
-            notes += element("p", "The batch of " + batch.time + " has a record of " +
-                                      std::to_string(count) + " of its " +
-                                      std::to_string(batch.fileCount) +
-                                      " files: it was interrupted, or still runs.");
-        }
-        batches += batchItem(batch, count);
+        batches += batchItem(batch, counts[batch.batch]);
+    }
+    for (const std::string& words : unfinishedBatches(manifest)) {
+        notes += element("p", words);
     }
     for (const std::string& problem : manifest.problems) {
         notes += element("p", problem);

@@ -6,10 +6,11 @@
 namespace korlit::host {
 
 int reportManifests(const PageOptions& options) {
-    return withManifests("report", options.manifests, [&](const Manifest& manifest) {
-        writePage(options.output, manifest);
-        return 0;
-    });
+    return withManifests(options.manifests,
+                         {.command = "report", .use = [&](const Manifest& manifest) {
+                              writePage(options.output, manifest);
+                              return 0;
+                          }});
 }
 
 } // namespace korlit::host

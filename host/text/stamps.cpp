@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <cstdint>
 #include <span>
 
 namespace korlit::host {
@@ -94,6 +95,16 @@ std::string isoText(std::time_t time) {
     std::string text{buffer.data(), std::strftime(buffer.data(), buffer.size(), "%FT%T%z", &parts)};
     constexpr std::size_t minuteDigits = 2;
     return text.insert(text.size() - minuteDigits, 1, ':');
+}
+
+std::optional<std::time_t> timeIn(const std::string& isoText) {
+    std::tm parts{};
+    const char* end = strptime(isoText.c_str(), "%Y-%m-%dT%H:%M:%S%z", &parts);
+    if (end == nullptr || *end != '\0') {
+        return std::nullopt;
+    }
+    const std::int64_t offset = parts.tm_gmtoff; // which timegm() sets anew
+    return timegm(&parts) - offset;
 }
 
 } // namespace korlit::host

@@ -31,4 +31,7 @@ std::optional<Stamp> stampOrStartIn(std::string_view text);
 /// A time in ISO 8601, in the zone of this machine.
 std::string isoText(std::time_t time);
 
+/// The time that such a text of any zone stands for; nothing for another text.
+std::optional<std::time_t> timeIn(const std::string& isoText);
+
 } // namespace korlit::host

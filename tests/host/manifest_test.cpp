@@ -137,6 +137,32 @@ TEST(NewestRecords, OvertakeThoseOfTheSameSource) {
     }
 }
 
+TEST(Manifests, AreReadByTheTimesOfTheirRecords) {
+    const TempFolder folder;
+    const auto manifest = [&](const char* name, std::initializer_list<const char*> times) {
+        std::string lines;
+        for (const char* time : times) {
+            FileRecord record = recordOf("converted a x");
+            record.time = time;
+            lines += lineOf(record);
+        }
+        return folder.write(name, lines);
+    };
+    const std::string one = manifest("one", {"2026-03-01T10:00:00+02:00", "2026-03-01T09:30:00Z"});
+    const std::string other = manifest("other", {"2026-03-01T08:30:00+00:00", "no time"});
+    for (const auto& paths : {std::vector{one, other}, std::vector{other, one}}) {
+        std::string times;
+        withManifests(paths, {.command = "", .use = [&](const Manifest& read) {
+                                  for (const FileRecord& record : read.files) {
+                                      times += record.time + "; ";
+                                  }
+                                  return 0;
+                              }});
+        EXPECT_EQ(times, "2026-03-01T10:00:00+02:00; 2026-03-01T08:30:00+00:00; no time; "
+                         "2026-03-01T09:30:00Z; ");
+    }
+}
+
 TEST(ManifestPlace, IsAFileOfRecordsOrNone) {
     const TempFolder folder;
     const std::string line = lineOf(fullRecord());
