@@ -57,6 +57,16 @@ void addDifferences(Verdict& verdict, const std::vector<DataSet>& a, const std::
     verdict.peaks += std::min(a[channel].peaks.size(), b[channel].peaks.size());
 }
 
+/// Of what is the same on both sides neither is the worse copy.
+void addLayouts(Verdict& verdict, const Side& a, const Side& b) {
+    if (a.readings.front().layoutProblem == b.readings.front().layoutProblem) {
+        return;
+    }
+    for (const Side* side : {&a, &b}) {
+        addLayoutProblem(verdict, side->readings.front());
+    }
+}
+
 Judgement comparedAsTheyAre(const Side& a, const Side& b, const Comparison& comparison) {
     std::vector<DataSet> setsOfA = loadDataSets(a.file, a.kind);
     std::vector<DataSet> setsOfB = loadDataSets(b.file, b.kind);
@@ -72,6 +82,7 @@ Judgement comparedAsTheyAre(const Side& a, const Side& b, const Comparison& comp
     for (std::size_t i = 0; i < std::min(setsOfA.size(), setsOfB.size()); ++i) {
         addDifferences(judgement.verdict, setsOfA, setsOfB, i, comparison);
     }
+    addLayouts(judgement.verdict, a, b);
     return judgement;
 }
 
@@ -203,6 +214,9 @@ bool areToBeComparedAsTheyAre(const Side& a, const Side& b) {
 } // namespace
 
 Judgement judge(Side a, Side b, const Comparison& comparison) {
+    for (Side* side : {&a, &b}) {
+        side->kind = side->readings.front().kind; // also of what isn't recognised and yet read
+    }
     keepChannel(a);
     keepChannel(b);
     std::vector<Judgement> ways;

@@ -30,6 +30,7 @@ constexpr const char* peaks = "peaks";
 constexpr const char* texts = "texts";           ///< of an ANDI file its attributes
 constexpr const char* dimensions = "dimensions"; ///< of an ANDI file: their lengths
 constexpr const char* records = "records";       ///< of an ANDI file: what no conversion finds
+constexpr const char* layout = "layout";         ///< of an ANDI file: its bytes around the values
 constexpr const char* windows = "windows";       ///< of a run: its first table of peak windows
 constexpr const char* windows2 = "windows2";     ///< the second
 } // namespace parts
@@ -59,6 +60,8 @@ struct Reading {
     NumberView signal;          ///< the samples as they are stored
     double signalFactor = 1;    ///< a stored sample times this is one in the detector's unit
     std::shared_ptr<const void> memory; ///< what `signal` lies in
+    /// Of an ANDI file: what a reader of netCDF may stumble over, though conversions read it.
+    std::string layoutProblem{};
 };
 
 /// Reads an ANDI file: each global attribute; each variable, a column of the peak table as a value

@@ -2,6 +2,7 @@
 #include "host/files/andi_image.h"
 #include "host/files/broken_files.h"
 #include "host/files/diagnosis.h"
+#include "host/proof/netcdf_layout.h"
 #include "host/proof/reading.h"
 #include "host/text/numbers.h"
 #include "host/text/words.h"
@@ -9,6 +10,8 @@
 
 #include <algorithm>
 #include <array>
+#include <filesystem>
+#include <fstream>
 #include <stdexcept>
 
 namespace korlit::host {
@@ -111,6 +114,9 @@ Reading readAndi(const std::string& file) {
     }
     Reading reading = readingOf(*image);
     reading.memory = image;
+    std::ifstream bytes{file, std::ios::binary};
+    reading.layoutProblem =
+        layoutProblem(bytes, static_cast<std::int64_t>(std::filesystem::file_size(file)));
     return reading;
 }
 

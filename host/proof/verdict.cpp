@@ -250,12 +250,20 @@ std::vector<RuleCount> Verdict::countsByRule() const {
     return counts;
 }
 
+void addLayoutProblem(Verdict& verdict, const Reading& output) {
+    if (!output.layoutProblem.empty()) {
+        verdict.addUnexpected("layout: " + output.layoutProblem,
+                              {{"part", parts::layout}, {"found", utf8Of(output.layoutProblem)}});
+    }
+}
+
 Verdict verdictOf(const Expectations& expected, const Reading& output, const Tolerance& tolerance) {
     Verdict verdict;
     verdict.conversion = expected.kind == FileKind::Andi ? "an ANDI file" : "a pair";
     verdict.peaks = peakCount(output);
     holdSignal(verdict, expected, output, tolerance);
     holdValues(verdict, expected, output, tolerance);
+    addLayoutProblem(verdict, output);
     return verdict;
 }
 

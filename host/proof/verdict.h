@@ -57,8 +57,12 @@ struct Verdict {
     std::string comparedWords() const;
 };
 
+/// Adds what is wrong with the layout of an output, if anything is.
+void addLayoutProblem(Verdict& verdict, const Reading& output);
+
 /// Holds an output against what is expected of it. Every value of either side is looked at: one
-/// that nobody expects is as unexpected as one that is missing.
+/// that nobody expects is as unexpected as one that is missing, and so is what is wrong with the
+/// layout of the output.
 Verdict verdictOf(const Expectations& expected, const Reading& output, const Tolerance& tolerance);
 
 } // namespace korlit::host

@@ -3,6 +3,7 @@
 #include "host/proof/trip.h"
 #include "host/proof/verdict.h"
 #include "tests/support/host_call.h"
+#include "tests/support/run_text.h"
 #include "tests/support/temp_folder.h"
 
 #include <bit>
@@ -117,6 +118,25 @@ TEST_F(Verdicts, MissNoBitBehindATrip) {
     const Reading pair = readPair(slice);
     ASSERT_EQ(callAsHost(Andi2Merivolta, folder.path("hplc_run.cdf")).result, 1);
     changeAll(expectedBehindTrips(pair, slice, 1), readPair(slice));
+}
+
+TEST_F(Verdicts, MissNoByteOfAHeader) {
+    const std::string source = folder.write("run.dat", RunText{}.bytes());
+    ASSERT_EQ(callAsHost(Dunvale2Andi, source, "").result, 1);
+    const Expectations expected = expectedOfChannel(readRun(source).front(), source);
+    const std::string file = folder.path("run1.cdf");
+    const std::string bytes = readFile(file);
+    const std::size_t dataStart = bytes.find("Caffeine") - 6 * sizeof(float);
+    for (std::size_t at = 0; at < dataStart; ++at) {
+        std::string changed = bytes;
+        changed[at] = static_cast<char>(changed[at] ^ 0x40);
+        folder.write("run1.cdf", changed);
+        try {
+            EXPECT_FALSE(verdictOf(expected, readAndi(file), {}).isSame()) << at;
+        } catch (const std::runtime_error&) {
+            // It can't be read at all.
+        }
+    }
 }
 
 TEST_F(Verdicts, HoldWhatIsNoNumberAndTheSignOfZeroToTheBit) {

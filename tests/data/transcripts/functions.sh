@@ -122,6 +122,13 @@ oddly() {
     ASAN_OPTIONS=verify_asan_link_order=0 LD_PRELOAD=$ODD_SYSTEM korlit "$@"
 }
 
+# Compares a file with a copy of gc_run.cdf that has another byte at a place, but for what is expected.
+damaged() {
+    cp gc_run.cdf x.cdf
+    printf A | dd of=x.cdf bs=1 seek="$1" conv=notrunc status=none
+    korlit compare "$2" x.cdf | grep -v ^expected
+}
+
 # What completion in bash offers for the last of the words, and how it asks for files.
 offered() {
     bash -c '. "$SHARED"/korlit.bash
