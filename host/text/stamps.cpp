@@ -103,8 +103,8 @@ std::optional<std::time_t> timeIn(const std::string& isoText) {
     if (end == nullptr || *end != '\0') {
         return std::nullopt;
     }
-    const std::int64_t offset = parts.tm_gmtoff; // which timegm() sets anew
-    return timegm(&parts) - offset;
+    const std::int64_t eastward = parts.tm_gmtoff; // which timegm() sets anew
+    return timegm(&parts) - eastward;
 }
 
 } // namespace korlit::host
