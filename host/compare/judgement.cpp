@@ -145,9 +145,10 @@ bool isExplainedBetter(const Judgement& a, const Judgement& b) {
 Judgement heldTo(Expectations expected, const Reading& source, const Reading& output,
                  const Comparison& comparison) {
     takeZone(expected, output);
-    Judgement judgement{.verdict = verdictOf(expected, output, comparison.tolerance),
-                        .expected = std::move(expected),
-                        .channel = source.channel};
+    Judgement judgement;
+    judgement.expected = std::move(expected);
+    judgement.channel = source.channel;
+    judgement.verdict = verdictOf(judgement.expected, output, comparison.tolerance);
     judgement.verdict.keepOnly(comparison.parts);
     return judgement;
 }
