@@ -101,13 +101,11 @@ Outcome Converter::perform(const Job& job, std::size_t number) {
     return outcome;
 }
 
-/// Another batch may put the same files in their places meanwhile. Then there is a second look,
+/// Another batch may put the same files in their places meanwhile. Then there is another look,
 /// which finds them there.
 void Converter::decideAndConvert(const Job& job, std::size_t number, Outcome& outcome,
                                  Witness& witness) {
-    const bool isPassingOver =
-        options.existing == Existing::Skip || options.existing == Existing::Update;
-    constexpr int lastLook = 3;
+    constexpr int lastLook = 10;
     for (int look = 1; look <= lastLook; ++look) {
         try {
             const Decision decision = decide(job, options.existing);
@@ -118,7 +116,7 @@ void Converter::decideAndConvert(const Job& job, std::size_t number, Outcome& ou
             }
             return;
         } catch (const fs::filesystem_error& error) {
-            if (!isPassingOver || error.code() != std::errc::file_exists || look == lastLook) {
+            if (error.code() != std::errc::file_exists || look == lastLook) {
                 throw;
             }
         }
@@ -158,7 +156,6 @@ void Converter::convert(const Job& job, std::size_t number, const Decision& deci
     if (format.isAndi) {
         outcome.message += " and " + plan.targets.back().path.string();
     }
-    outcome.resampling = source.resampling();
     Prospect prospect;
     if (options.isVerified || options.areLossesTold) {
         prospect = source.prospect();
@@ -171,8 +168,9 @@ void Converter::convert(const Job& job, std::size_t number, const Decision& deci
     if (options.isRecorded) {
         witness.end(plan, decision.targets, work->path());
     }
-    outcome.losses = lossesOf(prospect);
     Outcome whole = outcome;
+    whole.resampling = source.resampling();
+    whole.losses = lossesOf(prospect);
     whole.status = JobStatus::Converted;
     if (options.isRecorded) {
         whole.record = witness.line(job, whole, options.batch);

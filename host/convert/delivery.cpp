@@ -16,75 +16,85 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// What stood at a place when the journal was written: the file and when it was last changed, or
-/// nothing. Whatever else is found there later is somebody's, and stays.
-using FoundState = std::optional<std::pair<FileIdentity, std::int64_t>>;
-
-FoundState stateOf(const fs::path& file) {
-    const auto identity = identityOf(file);
-    std::error_code error;
-    const auto time = fs::last_write_time(file, error);
-    return identity && !error
-               ? FoundState{{*identity, static_cast<std::int64_t>(time.time_since_epoch().count())}}
-               : std::nullopt;
-}
-
-/// A move of the journal: with what tells the moved file from any other at its place.
+/// A move of the journal: with what tells the moved file from any other, and what stood at its
+/// place when the journal was written. Whatever else is found there later is somebody's, and stays.
+///
+/// The file and the one that it replaces change places: what is replaced lies in the work folder
+/// under the name of the other until all moves are made.
 struct JournalMove {
-    Move move;
+    fs::path staged;
+    fs::path place;
+    fs::path aside;
     FileIdentity identity;
-    FoundState replaced;
+    std::optional<Occupant> replaced;
+
+    bool isStaged() const { return isAt(staged); }
+    bool isInPlace() const { return isAt(place); }
+    /// Whether another file lies under its name in the work folder.
+    bool holdsOther() const { return occupantOf(staged) && !isStaged(); }
+
+  private:
+    bool isAt(const fs::path& path) const {
+        const auto occupant = occupantOf(path);
+        return occupant && occupant->identity == identity;
+    }
 };
 
 struct Journal {
     std::vector<JournalMove> moves;
-    bool isReplacing = false;
     std::string record;
 };
 
-fs::path keptFile(const fs::path& workFolder, std::size_t move) {
+fs::path asideFile(const fs::path& workFolder, std::size_t move) {
     return workFolder / ("old" + std::to_string(move));
-}
-
-bool isThere(const fs::path& file) {
-    std::error_code ignored;
-    return fs::exists(fs::symlink_status(file, ignored));
 }
 
 [[noreturn]] void fail(const fs::path& target, const std::error_code& error) {
     throw fs::filesystem_error{"Can't write", target, error};
 }
 
+std::optional<Occupant> replacedAt(const fs::path& place) {
+    std::error_code ignored;
+    if (fs::is_directory(fs::symlink_status(place, ignored))) {
+        fail(place, std::make_error_code(std::errc::is_a_directory));
+    }
+    return occupantOf(place);
+}
+
 Journal journalOf(const Delivery& delivery, const fs::path& workFolder) {
-    Journal journal{.moves = {}, .isReplacing = delivery.isReplacing, .record = delivery.record};
+    Journal journal{.moves = {}, .record = delivery.record};
     for (const Move& move : delivery.moves) {
-        const auto identity = identityOf(workFolder / move.stagedName);
-        if (!identity) {
+        const auto staged = occupantOf(workFolder / move.stagedName);
+        if (!staged) {
             fail(move.path, std::make_error_code(std::errc::no_such_file_or_directory));
         }
         journal.moves.push_back(
-            {.move = move,
-             .identity = *identity,
-             .replaced = delivery.isReplacing ? stateOf(move.path) : std::nullopt});
+            {.staged = workFolder / move.stagedName,
+             .place = move.path,
+             .aside = asideFile(workFolder, journal.moves.size()),
+             .identity = staged->identity,
+             .replaced = delivery.isReplacing ? replacedAt(move.path) : std::nullopt});
     }
     return journal;
 }
 
 std::error_code write(const Journal& journal, WorkFolder& work, bool isSynced) {
     nlohmann::json moves = nlohmann::json::array();
-    for (const auto& [move, identity, replaced] : journal.moves) {
-        const auto& [old, time] = replaced.value_or(std::pair{FileIdentity{}, std::int64_t{0}});
-        moves.push_back({move.stagedName, move.path.filename().string(), identity.device,
-                         identity.inode, replaced.has_value(), old.device, old.inode, time});
+    for (const JournalMove& move : journal.moves) {
+        const auto& [old, changed] = move.replaced.value_or(Occupant{});
+        moves.push_back({move.staged.filename().string(), move.place.filename().string(),
+                         move.identity.device, move.identity.inode, move.replaced.has_value(),
+                         old.device, old.inode, changed});
     }
     std::string bytes;
-    nlohmann::json::to_cbor({journal.isReplacing, journal.record, moves}, bytes);
+    nlohmann::json::to_cbor({journal.record, moves}, bytes);
     return work.write(bytes, isSynced);
 }
 
-FoundState replacedIn(const nlohmann::json& move) {
+std::optional<Occupant> replacedIn(const nlohmann::json& move) {
     return move.at(4).get<bool>()
-               ? FoundState{{{.device = move.at(5), .inode = move.at(6)}, move.at(7)}}
+               ? std::optional{Occupant{.identity = {.device = move.at(5), .inode = move.at(6)},
+                                        .changed = move.at(7)}}
                : std::nullopt;
 }
 
@@ -95,79 +105,87 @@ std::optional<Journal> journalIn(const WorkFolder& work) {
     if (json.is_discarded()) {
         return std::nullopt;
     }
-    Journal journal{.moves = {}, .isReplacing = json.at(0), .record = json.at(1)};
-    for (const auto& move : json.at(2)) {
-        const fs::path target{move.at(1).get<std::string>()};
-        journal.moves.push_back({.move = {.stagedName = move.at(0),
-                                          .path = work.path().parent_path() / target.filename()},
+    const auto lastPart = [](const nlohmann::json& name) {
+        return fs::path{name.get<std::string>()}.filename();
+    };
+    Journal journal{.moves = {}, .record = json.at(0)};
+    for (const auto& move : json.at(1)) {
+        journal.moves.push_back({.staged = work.path() / lastPart(move.at(0)),
+                                 .place = work.path().parent_path() / lastPart(move.at(1)),
+                                 .aside = asideFile(work.path(), journal.moves.size()),
                                  .identity = {.device = move.at(2), .inode = move.at(3)},
                                  .replaced = replacedIn(move)});
     }
     return journal;
 }
 
-/// Keeps what is to be replaced, under a second name where the file system has such.
-void keepOld(const fs::path& target, const fs::path& kept) {
-    if (!isThere(target)) {
-        return;
-    }
-    if (fs::is_directory(fs::symlink_status(target))) {
-        fail(target, std::make_error_code(std::errc::is_a_directory));
-    }
-    std::error_code error;
-    fs::create_hard_link(target, kept, error);
-    if (error) {
-        fs::rename(target, kept, error);
-    }
-    if (error) {
-        fail(target, error);
+/// What came out of its place must be what the journal says.
+void requireReplaced(const JournalMove& move) {
+    if (move.holdsOther() && occupantOf(move.staged) != move.replaced) {
+        fail(move.place, std::make_error_code(std::errc::file_exists));
     }
 }
 
-void moveOver(const JournalMove& each, const fs::path& staged, const fs::path& kept) {
-    const fs::path& target = each.move.path;
-    if (isThere(target) && stateOf(target) != each.replaced) {
-        fail(target, std::make_error_code(std::errc::file_exists));
+/// Another process may take a place, or free one, between any two of these steps.
+std::error_code putInPlace(const JournalMove& move) {
+    const auto found = move.replaced ? occupantOf(move.place) : std::nullopt;
+    if (!found) {
+        return moveToFreePlace(move.staged, move.place);
     }
-    if (!isThere(kept)) {
-        keepOld(target, kept);
+    if (found != move.replaced) {
+        return std::make_error_code(std::errc::file_exists);
     }
-    fs::rename(staged, target);
+    const auto error = exchange(move.staged, move.place, move.aside);
+    return error == std::errc::no_such_file_or_directory ? moveToFreePlace(move.staged, move.place)
+                                                         : error;
 }
 
-void makeMove(const Journal& journal, std::size_t number, const fs::path& workFolder) {
-    const JournalMove& each = journal.moves[number];
-    const fs::path staged = workFolder / each.move.stagedName;
-    if (journal.isReplacing) {
-        moveOver(each, staged, keptFile(workFolder, number));
-    } else if (const auto error = moveToFreePlace(staged, each.move.path)) {
-        fail(each.move.path, error);
+void makeMove(const JournalMove& move) {
+    if (const auto error = putInPlace(move)) {
+        fail(move.place, error);
     }
-}
-
-void makeMoves(const Journal& journal, const fs::path& workFolder) {
-    for (std::size_t i = 0; i < journal.moves.size(); ++i) {
-        makeMove(journal, i, workFolder);
-    }
+    requireReplaced(move);
 }
 
 /// Makes those that a process that is gone hasn't made.
-void makeMovesLeft(const Journal& journal, const fs::path& workFolder) {
-    for (std::size_t i = 0; i < journal.moves.size(); ++i) {
-        const auto& [move, identity, replaced] = journal.moves[i];
-        if (identityOf(workFolder / move.stagedName) == identity) {
-            makeMove(journal, i, workFolder);
+void makeMovesLeft(const Journal& journal) {
+    for (const JournalMove& move : journal.moves) {
+        if (const auto error = tidyMove(move.staged, move.place, move.aside)) {
+            fail(move.place, error);
         }
+        if (move.isStaged()) {
+            makeMove(move);
+        }
+        requireReplaced(move);
     }
 }
 
-/// Gives an old file its place back; answers where it lies if that fails. Nobody else has it.
-std::string giveBack(const fs::path& kept, const fs::path& target) {
-    std::error_code error;
-    fs::rename(kept, target, error);
-    return error ? "The old " + target.string() + " can't be put back (" + error.message() +
-                       "): it lies in " + kept.string() + ". "
-                 : "";
+/// Takes the file out of its place, and gives back what came out of there. Where another has come
+/// there meanwhile it takes out that and gives it back in the next turn, whoever makes that one.
+std::error_code takeBack(const JournalMove& move) {
+    constexpr int mostTurns = 4;
+    const auto isOurTurn = [&] {
+        return move.holdsOther() &&
+               (move.isInPlace() || (move.replaced && occupantOf(move.place) == move.replaced));
+    };
+    std::error_code error = tidyMove(move.staged, move.place, move.aside);
+    for (int turn = 0; turn < mostTurns && !error && isOurTurn(); ++turn) {
+        error = exchange(move.staged, move.place, move.aside);
+    }
+    if (move.isInPlace() && !occupantOf(move.staged)) {
+        error = moveToFreePlace(move.place, move.staged);
+    }
+    if (move.holdsOther() && !occupantOf(move.place)) {
+        error = moveToFreePlace(move.staged, move.place);
+    }
+    return error;
+}
+
+/// Where an old file lies that takeBack couldn't give back.
+std::string stillKeptWords(const JournalMove& move, const std::error_code& error) {
+    const fs::path& kept = occupantOf(move.aside) ? move.aside : move.staged;
+    return "The old " + move.place.string() + " can't be put back (" + error.message() +
+           "): it lies in " + kept.string() + ". ";
 }
 
 /// Gives the old files their places back, and takes away what was moved to where there was none.
@@ -176,15 +194,11 @@ std::string giveBack(const fs::path& kept, const fs::path& target) {
 void undoMoves(const Journal& journal, WorkFolder& work) {
     work.mark();
     std::string stillKept;
-    for (std::size_t i = 0; i < journal.moves.size(); ++i) {
-        const auto& [move, identity, replaced] = journal.moves[i];
-        const fs::path kept = keptFile(work.path(), i);
-        const bool isOurs = identityOf(move.path) == identity;
-        if (isThere(kept) && (isOurs || !isThere(move.path))) {
-            stillKept += giveBack(kept, move.path);
-        } else if (isOurs) {
-            std::error_code ignored;
-            fs::remove(move.path, ignored);
+    for (const JournalMove& move : journal.moves) {
+        const std::error_code error = takeBack(move);
+        if (error && (occupantOf(move.aside) || move.holdsOther()) &&
+            (move.isInPlace() || !occupantOf(move.place))) {
+            stillKept += stillKeptWords(move, error);
         }
     }
     if (!stillKept.empty()) {
@@ -192,10 +206,12 @@ void undoMoves(const Journal& journal, WorkFolder& work) {
     }
 }
 
-void dropOldFiles(const Journal& journal, const fs::path& workFolder) {
+void dropOldFiles(const Journal& journal) {
     std::error_code ignored;
-    for (std::size_t i = 0; journal.isReplacing && i < journal.moves.size(); ++i) {
-        fs::remove(keptFile(workFolder, i), ignored);
+    for (const JournalMove& move : journal.moves) {
+        if (move.replaced) {
+            fs::remove(move.staged, ignored);
+        }
     }
 }
 
@@ -212,7 +228,7 @@ void deliver(const Delivery& delivery, WorkFolder& work) {
         fail(delivery.moves.front().path, error);
     }
     try {
-        makeMoves(journal, work.path());
+        std::ranges::for_each(journal.moves, makeMove);
         if (delivery.isSynced) {
             syncToDisk(work.path().parent_path());
         }
@@ -220,7 +236,7 @@ void deliver(const Delivery& delivery, WorkFolder& work) {
         undoMoves(journal, work);
         throw;
     }
-    dropOldFiles(journal, work.path());
+    dropOldFiles(journal);
 }
 
 std::optional<std::string> settleDelivery(WorkFolder& work) {
@@ -231,7 +247,7 @@ std::optional<std::string> settleDelivery(WorkFolder& work) {
         }
         if (!work.isMarked()) {
             try {
-                makeMovesLeft(*journal, work.path());
+                makeMovesLeft(*journal);
                 return journal->record;
             } catch (const fs::filesystem_error&) {
             }

@@ -38,6 +38,9 @@ std::string obstacle(const StagedFile& target, Existing existing) {
            " (--force replaces it)";
 }
 
+/// Behind the name of what is not replaced, whatever is asked for.
+constexpr const char* keptText = " and is not replaced: say --output-dir for another place";
+constexpr const char* instrumentText = " is of a pair as instruments write them";
 constexpr const char* originText = " looks like what it was made from";
 
 bool isThere(const StagedFile& target) {
@@ -94,6 +97,9 @@ Decision decideToUpdate(const Plan& plan) {
         if (isThere(target) && isOrigin(plan, target.path)) {
             return skipped("Skipped, " + target.path.string() + originText);
         }
+        if (isThere(target) && isOfInstrument(plan, target.path)) {
+            return skipped("Skipped, " + target.path.string() + instrumentText);
+        }
         if (isThere(target) && !canBeMadeFrom(plan, target.path)) {
             return skipped("Skipped, " + target.path.string() +
                            " was not made from it (--force replaces it)");
@@ -103,13 +109,15 @@ Decision decideToUpdate(const Plan& plan) {
 }
 
 Decision decideToReplace(const Plan& plan) {
-    const auto origin = std::ranges::find_if(plan.targets, [&](const StagedFile& target) {
-        return isThere(target) && isOrigin(plan, target.path);
-    });
-    return origin == plan.targets.end()
-               ? begun(plan.targets, true)
-               : failed(origin->path.string() + originText +
-                        " and is not replaced: say --output-dir for another place");
+    for (const StagedFile& target : plan.targets) {
+        if (isThere(target) && isOrigin(plan, target.path)) {
+            return failed(target.path.string() + originText + keptText);
+        }
+        if (isThere(target) && isOfInstrument(plan, target.path)) {
+            return failed(target.path.string() + instrumentText + keptText);
+        }
+    }
+    return begun(plan.targets, true);
 }
 
 } // namespace

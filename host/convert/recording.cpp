@@ -22,8 +22,17 @@ namespace fs = std::filesystem;
 std::string wholePath(const fs::path& file) {
     std::error_code error;
     const fs::path folder = file.parent_path();
-    const fs::path whole = fs::weakly_canonical(folder.empty() ? "." : folder, error);
-    return ((error ? fs::absolute(folder) : whole) / file.filename()).string();
+    fs::path whole = fs::weakly_canonical(folder.empty() ? "." : folder, error);
+    if (error) {
+        whole = fs::absolute(folder, error);
+    }
+    return error ? file.string() : (whole / file.filename()).string();
+}
+
+/// Empty where it has been removed.
+std::string currentFolder() {
+    std::error_code ignored;
+    return fs::current_path(ignored).string();
 }
 
 /// All signals of a conversion: of its source where that is an ANDI file, else of what it became.
@@ -95,7 +104,7 @@ Recording::Recording(RecordingOptions recordingOptions, std::string batchName,
                             .time = isoText(std::time(nullptr)),
                             .version = options.version,
                             .machine = machineName(),
-                            .folder = fs::current_path().string(),
+                            .folder = currentFolder(),
                             .arguments = options.arguments,
                             .fileCount = fileCount};
     if (!options.manifest.empty()) {

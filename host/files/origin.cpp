@@ -2,6 +2,7 @@
 
 #include "host/files/andi_image.h"
 #include "host/files/extensions.h"
+#include "host/files/recognise.h"
 #include "host/system/file_identity.h"
 #include "native/native_records.h"
 
@@ -115,6 +116,14 @@ bool canBeMadeFrom(const Plan& plan, const fs::path& target) {
     return formatOf(plan.kind).isAndi
                ? isAsConverted(target)
                : lastPart(referenceOf(target)) == fs::path{plan.source}.filename();
+}
+
+bool isOfInstrument(const Plan& plan, const fs::path& target) {
+    if (!formatOf(plan.kind).isAndi) {
+        return false;
+    }
+    const fs::path slice = besideWith(target, sliceExtension);
+    return recognise(slice.string()) == FileKind::Merivolta && !isSliceAsConverted(slice);
 }
 
 bool isOrigin(const Plan& plan, const fs::path& target) {

@@ -15,6 +15,10 @@ namespace korlit::host {
 /// is somebody's.
 bool canBeMadeFrom(const Plan& plan, const std::filesystem::path& target);
 
+/// Whether what stands at a target's place belongs to a pair that no conversion can have written:
+/// its slice has more in it than conversions leave.
+bool isOfInstrument(const Plan& plan, const std::filesystem::path& target);
+
 /// Whether the plan's source was made from what stands at a target's place: an ANDI file names it,
 /// or a pair as conversions write them stands beside an ANDI file that wasn't made from the pair.
 bool isOrigin(const Plan& plan, const std::filesystem::path& target);

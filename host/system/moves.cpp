@@ -1,5 +1,7 @@
 #include "host/system/moves.h"
 
+#include "host/system/file_identity.h"
+
 #include <fcntl.h>
 #include <stdio.h> // NOLINT(modernize-deprecated-headers): renameat2
 #include <sys/stat.h>
@@ -9,17 +11,68 @@
 
 namespace korlit::host {
 
-std::error_code moveToFreePlace(const std::filesystem::path& from,
-                                const std::filesystem::path& to) {
-    if (renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::error_code lastError() {
+    return {errno, std::generic_category()};
+}
+
+std::error_code renamed(const fs::path& from, const fs::path& to, unsigned how) {
+    return renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), how) == 0 ? std::error_code{}
+                                                                             : lastError();
+}
+
+/// Of a file system or a system without this kind of rename.
+bool isUnknownKind(const std::error_code& error) {
+    return error == std::errc::invalid_argument || error == std::errc::operation_not_supported ||
+           error == std::errc::function_not_supported;
+}
+
+/// A second name is never given over one that is there; where there are no second names a look must
+/// do.
+std::error_code movedByLink(const fs::path& from, const fs::path& to) {
+    if (link(from.c_str(), to.c_str()) == 0) {
+        return unlink(from.c_str()) == 0 ? std::error_code{} : lastError();
+    }
+    const std::error_code error = lastError();
+    if (error == std::errc::file_exists || error == std::errc::no_such_file_or_directory) {
+        return error;
+    }
+    return occupantOf(to) ? std::make_error_code(std::errc::file_exists) : renamed(from, to, 0);
+}
+
+} // namespace
+
+std::error_code moveToFreePlace(const fs::path& from, const fs::path& to) {
+    const std::error_code error = renamed(from, to, RENAME_NOREPLACE);
+    return isUnknownKind(error) ? movedByLink(from, to) : error;
+}
+
+std::error_code exchange(const fs::path& staged, const fs::path& place, const fs::path& aside) {
+    std::error_code error = renamed(staged, place, RENAME_EXCHANGE);
+    if (!isUnknownKind(error)) {
+        return error;
+    }
+    error = renamed(place, aside, 0);
+    if (!error) {
+        error = moveToFreePlace(staged, place);
+    }
+    return error ? error : renamed(aside, staged, 0);
+}
+
+std::error_code tidyMove(const fs::path& staged, const fs::path& place, const fs::path& aside) {
+    const auto inPlace = occupantOf(place);
+    if (inPlace && occupantOf(staged) == inPlace) { // its second name
+        unlink(staged.c_str());
+    }
+    if (!occupantOf(aside)) {
         return {};
     }
-    std::error_code error{errno, std::generic_category()};
-    if (error == std::errc::invalid_argument) { // a file system without this kind of rename
-        if (std::filesystem::exists(std::filesystem::symlink_status(to, error))) {
-            return std::make_error_code(std::errc::file_exists);
-        }
-        std::filesystem::rename(from, to, error);
+    const std::error_code error = moveToFreePlace(aside, place);
+    if (error == std::errc::file_exists) {
+        return occupantOf(staged) ? std::error_code{} : renamed(aside, staged, 0);
     }
     return error;
 }

@@ -61,10 +61,11 @@ killedAt() {
     at=$1
     shift
     setsid --wait sh -c 'KILL_AT=$0 ASAN_OPTIONS=verify_asan_link_order=0 LD_PRELOAD=$ODD_SYSTEM korlit "$@"' \
-        $at convert -d out -j 1 -q "$@" >/dev/null 2>&1 && return
+        $at convert -d out -j 1 -q "$@" >/dev/null 2>&1
+    status=$?
     # Its lock goes with the last of the group.
     for lock in out/.korlit-*/lock; do [ ! -e "$lock" ] || flock "$lock" true; done
-    return 1
+    return $status
 }
 
 # Converts with the options given, over and over, and has the whole group of processes killed at the
@@ -73,7 +74,8 @@ killedAt() {
 killedAtEachMove() {
     for at in $(seq 100); do
         rm -rf out && cp -r before out
-        killedAt $at "$@" && break
+        killedAt $at "$@"
+        [ $? = 137 ] || break
         korlit convert -d out -q other.run >/dev/null
         rm out/other1.cdf
         diff -r before out >/dev/null || diff -r after out || echo "killed at $at"
