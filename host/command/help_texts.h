@@ -13,7 +13,8 @@ writes into a folder ends what was begun there.
 
 No direction is guessed. Files that are named go by their content; what folders
 hold goes one way, which --to names where there are files for both. A source of
-the batch is never replaced, nor what a source was made from, as far as files tell.
+the batch is never replaced, nor what a source was made from, as far as files tell,
+nor a pair that an instrument wrote.
 
 In folders, what is of a known kind by its content or its usual extension (.cdf,
 .sli, .run) is taken, and is a failure if it can't be read. All else is ignored;
