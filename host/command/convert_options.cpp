@@ -68,7 +68,8 @@ void addReportOptions(CLI::App& command, ConvertOptions& options) {
     auto* skip = command
                      .add_flag_callback("--skip-existing", existing(Existing::Skip),
                                         "Pass over files that were converted; make what is "
-                                        "missing of a set")
+                                        "missing of a set,\nand fail where the rest isn't what "
+                                        "would be made")
                      ->excludes(force);
     command
         .add_flag_callback("-u,--update", existing(Existing::Update),

@@ -9,6 +9,7 @@
 #include "host/system/moves.h"
 #include "host/system/temporary_folder.h"
 #include "host/text/utf8.h"
+#include "host/text/words.h"
 
 #include <chrono>
 #include <exception>
@@ -70,6 +71,18 @@ std::string refusedWords(const Plan& plan, const StagedResult& result) {
     const std::string advice = formatOf(plan.kind).isAndi ? resamplingAdvice(plan.source) : "";
     return advice.empty() ? withDiagnosis(result.message, plan, result.reason)
                           : result.message + " (" + advice + ")";
+}
+
+/// What was done where only some files of a set were missing.
+std::string completedWords(const std::vector<StagedFile>& written,
+                           const std::vector<std::string>& kept) {
+    std::vector<std::string> names;
+    for (const StagedFile& target : written) {
+        names.push_back(target.path.string());
+    }
+    return "Wrote " + joined(names, ", ") + "; " + joined(kept, ", ") +
+           (kept.size() == 1 ? " was there already, as it must be"
+                             : " were there already, as they must be");
 }
 
 /// Any file of some size is taken for a report.
@@ -155,6 +168,10 @@ void Converter::convert(const Job& job, std::size_t number, const Decision& deci
     }
     if (format.isAndi) {
         outcome.message += " and " + plan.targets.back().path.string();
+    }
+    if (!outcome.kept.empty()) {
+        requireAsStaged(plan, outcome.kept, work->path());
+        outcome.message = completedWords(decision.targets, outcome.kept);
     }
     Prospect prospect;
     if (options.isVerified || options.areLossesTold) {

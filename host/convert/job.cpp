@@ -79,10 +79,17 @@ Decision begun(std::vector<StagedFile> targets, bool isReplacing) {
 
 /// Leaves what is there, and makes what is missing.
 Decision decideToSkip(const Plan& plan, const StagedFile& there) {
-    std::vector<StagedFile> missing;
-    std::ranges::remove_copy_if(plan.targets, std::back_inserter(missing), isThere);
-    return missing.empty() ? skipped("Skipped, " + there.path.string() + " is there already")
-                           : begun(missing, false);
+    Decision decision = begun({}, false);
+    for (const StagedFile& target : plan.targets) {
+        if (isThere(target)) {
+            decision.outcome.kept.push_back(target.path.string());
+        } else {
+            decision.targets.push_back(target);
+        }
+    }
+    return decision.targets.empty()
+               ? skipped("Skipped, " + there.path.string() + " is there already")
+               : decision;
 }
 
 Decision decideToUpdate(const Plan& plan) {
@@ -126,6 +133,14 @@ const char* statusName(JobStatus status) {
     return statusNames[static_cast<std::size_t>(status)];
 }
 
+std::vector<StagedFile> writtenTargets(const Plan& plan, const Outcome& outcome) {
+    std::vector<StagedFile> written = plan.targets;
+    std::erase_if(written, [&](const StagedFile& target) {
+        return std::ranges::find(outcome.kept, target.path.string()) != outcome.kept.end();
+    });
+    return written;
+}
+
 Decision decide(const Job& job, Existing existing) {
     const Plan& plan = job.plan;
     if (!job.problem.empty()) {
@@ -157,7 +172,9 @@ Outcome plannedOutcome(const Decision& decision) {
     if (!decision.isToBegin) {
         return decision.outcome;
     }
-    Outcome outcome{.status = JobStatus::Planned, .message = "Would write "};
+    Outcome outcome = decision.outcome;
+    outcome.status = JobStatus::Planned;
+    outcome.message = "Would write ";
     for (const StagedFile& target : decision.targets) {
         outcome.message += (&target == &decision.targets.front() ? "" : ", ") +
                            target.path.string() +
@@ -292,6 +309,7 @@ std::string packOutcome(std::size_t job, const Outcome& outcome) {
     if (outcome.verdict) {
         pack(packer, *outcome.verdict);
     }
+    packer.addTexts(outcome.kept);
     packer.add(outcome.record);
     return std::move(packer.bytes);
 }
@@ -310,6 +328,7 @@ Outcome unpackOutcome(const std::string& text) {
             .points = packed.number<std::int64_t>(),
             .peaks = packed.number<std::int64_t>(),
             .verdict = packed.number<bool>() ? std::optional{unpackVerdict(packed)} : std::nullopt,
+            .kept = packed.texts(),
             .record = packed.text()};
 }
 

@@ -39,6 +39,7 @@ struct Outcome {
     std::int64_t points = 0;
     std::int64_t peaks = 0;
     std::optional<RecordedVerdict> verdict{}; ///< where it was asked for and came so far
+    std::vector<std::string> kept{};          ///< targets that are there already and stay
     std::string record{}; ///< its line of the manifest, where one is asked for and the worker lived
 };
 
@@ -52,6 +53,9 @@ struct Decision {
     bool isToBegin = false;
     bool isReplacing = false;
 };
+
+/// The targets that an outcome tells of as written, or to be written.
+std::vector<StagedFile> writtenTargets(const Plan& plan, const Outcome& outcome);
 
 /// Looks at what stands at the targets' places.
 Decision decide(const Job& job, Existing existing);

@@ -138,7 +138,7 @@ void addOutputBytes(Json& line, const std::vector<StagedFile>& targets) {
 
 void printJson(const Job& job, const Outcome& outcome) {
     const bool isWithout = outcome.status == JobStatus::Failed;
-    const auto& written = isWithout ? std::vector<StagedFile>{} : job.plan.targets;
+    const auto written = isWithout ? std::vector<StagedFile>{} : writtenTargets(job.plan, outcome);
     Json outputs = Json::array();
     for (const StagedFile& target : written) {
         outputs.push_back(utf8Of(target.path.string()));

@@ -3,6 +3,8 @@
 #include "host/files/staging.h"
 
 #include <algorithm>
+#include <fstream>
+#include <iterator>
 #include <stdexcept>
 #include <utility>
 
@@ -45,6 +47,13 @@ void join(Verdict& all, Verdict one, int channel) {
     }
 }
 
+bool areSameFiles(const fs::path& a, const fs::path& b) {
+    std::ifstream left{a, std::ios::binary};
+    std::ifstream right{b, std::ios::binary};
+    using Bytes = std::istreambuf_iterator<char>;
+    return left && right && std::equal(Bytes{left}, {}, Bytes{right}, {});
+}
+
 } // namespace
 
 Verdict verdictOfStaged(const Plan& plan, const fs::path& stage, const Prospect& prospect) {
@@ -59,6 +68,18 @@ Verdict verdictOfStaged(const Plan& plan, const fs::path& stage, const Prospect&
         join(all, verdictOf(expected, output, {}), isRun ? prospect.sources[i].channel : 0);
     }
     return all;
+}
+
+void requireAsStaged(const Plan& plan, const std::vector<std::string>& kept,
+                     const fs::path& stage) {
+    for (const StagedFile& target : plan.targets) {
+        const bool isKept = std::ranges::find(kept, target.path.string()) != kept.end();
+        if (isKept && !areSameFiles(target.path, stage / target.stagedName)) {
+            throw std::runtime_error{target.path.string() +
+                                     " is there already, but not as it would be made of " +
+                                     plan.source + " (--force replaces it)"};
+        }
+    }
 }
 
 RecordedVerdict recorded(const Verdict& verdict) {

@@ -8,6 +8,8 @@
 #include "host/proof/verdict.h"
 
 #include <filesystem>
+#include <string>
+#include <vector>
 
 namespace korlit::host {
 
@@ -22,5 +24,10 @@ RecordedVerdict recorded(const Verdict& verdict);
 /// Throws a runtime_error, which tells how much is unexpected and what comes first, unless the data
 /// are the same.
 void requireSame(const Verdict& verdict);
+
+/// Throws a runtime_error where any of `kept`, which are targets that are there already, hasn't the
+/// bytes of what was staged for it. An ANDI file has the name of its source, too.
+void requireAsStaged(const Plan& plan, const std::vector<std::string>& kept,
+                     const std::filesystem::path& stage);
 
 } // namespace korlit::host
