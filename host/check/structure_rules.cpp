@@ -2,6 +2,7 @@
 
 #include "host/check/phrases.h"
 #include "host/check/template_tables.h"
+#include "host/files/float_columns.h"
 #include "host/text/numbers.h"
 #include "host/text/words.h"
 #include "platform/text.h"
@@ -83,16 +84,11 @@ void lookAtCompleteness(const Subject& subject, const RuleNotes& notes) {
     }
 }
 
-std::string wrongType(const char* name, AndiType type, AndiType expected) {
-    return std::string{name} + " is " + andiTypes[static_cast<std::size_t>(type)].name +
-           " instead of " + andiTypes[static_cast<std::size_t>(expected)].name;
-}
-
 void lookAtTypes(const Subject& subject, const RuleNotes& notes) {
     for (const auto& [name, dimension, type, missing, wrong] : templateVariables) {
         const AndiVariable* variable = variableNamed(subject.image, name);
         if (variable != nullptr && type != AndiType::None && variable->Type != type) {
-            notes.add(wrong, wrongType(name, variable->Type, type));
+            notes.add(wrong, wrongTypeWords(name, variable->Type, type));
         }
     }
 }
@@ -104,7 +100,7 @@ void lookAtTextTypes(const Subject& subject, const RuleNotes& notes) {
                 return isNamed(attribute.Name, text.name);
             });
             if (isText && attribute.Type != AndiType::Char) {
-                notes.add(warning, wrongType(attribute.Name, attribute.Type, AndiType::Char));
+                notes.add(warning, wrongTypeWords(attribute.Name, attribute.Type, AndiType::Char));
             }
         }
     };

@@ -3,6 +3,7 @@
 
 #include "andi/andi_file.h"
 #include "host/check/findings.h"
+#include "host/files/float_columns.h"
 #include "native/pair_rules.h"
 
 #include <array>
@@ -18,7 +19,6 @@ struct TemplateVariable {
     Severity wrong = Severity::Warning; ///< how bad another type or dimension is
 };
 
-// A column that a conversion copies as floats, row by row, must be just that.
 constexpr std::array<TemplateVariable, 29> templateVariables{{
     {.name = "ordinate_values",
      .dimension = taken::pointNumber,
@@ -62,6 +62,18 @@ constexpr std::array<TemplateVariable, 29> templateVariables{{
     {.name = "peak_stop_detection_code", .dimension = taken::peakNumber, .type = AndiType::Char},
     {.name = "manually_reintegrated_peaks", .dimension = taken::peakNumber, .type = AndiType::None},
 }};
+
+/// What a conversion takes for floats, row by row, must be just that.
+constexpr bool areFloatsRequired() {
+    for (const TemplateVariable& each : templateVariables) {
+        const bool isRequired = each.type == AndiType::Float && each.wrong == Severity::Error;
+        if (isRequired != isTakenAsFloats(each.name)) {
+            return false;
+        }
+    }
+    return true;
+}
+static_assert(areFloatsRequired());
 
 struct TemplateText {
     const char* name;

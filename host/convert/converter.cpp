@@ -5,6 +5,7 @@
 #include "host/convert/verification.h"
 #include "host/files/broken_files.h"
 #include "host/files/diagnosis.h"
+#include "host/files/float_columns.h"
 #include "host/files/staging.h"
 #include "host/system/moves.h"
 #include "host/system/temporary_folder.h"
@@ -71,6 +72,13 @@ std::string refusedWords(const Plan& plan, const StagedResult& result) {
     const std::string advice = formatOf(plan.kind).isAndi ? resamplingAdvice(plan.source) : "";
     return advice.empty() ? withDiagnosis(result.message, plan, result.reason)
                           : result.message + " (" + advice + ")";
+}
+
+/// The library takes any type for floats.
+void requireFloats(const Plan& plan) {
+    if (const std::string problem = floatProblem(plan.source); !problem.empty()) {
+        throw std::runtime_error{problem};
+    }
 }
 
 /// What was done where only some files of a set were missing.
@@ -167,6 +175,7 @@ void Converter::convert(const Job& job, std::size_t number, const Decision& deci
         lookAtReport(plan, outcome);
     }
     if (format.isAndi) {
+        requireFloats(source.plan());
         outcome.message += " and " + plan.targets.back().path.string();
     }
     if (!outcome.kept.empty()) {
