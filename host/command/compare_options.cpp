@@ -36,7 +36,7 @@ void addComparisonOptions(CLI::App& command, CompareOptions& options) {
         ->type_name("PARTS:{signal,peaks,texts}");
     command.add_flag("--strict", options.isStrict, "Count the expected differences too");
     command.add_option("--channel", options.channel, "Of a run, compare this channel, from 1")
-        ->check(CLI::Validator{CLI::PositiveNumber}.description(""))
+        ->check(refuseChannel)
         ->type_name("N");
 }
 

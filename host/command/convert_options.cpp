@@ -90,7 +90,7 @@ void addReportOptions(CLI::App& command, ConvertOptions& options) {
     command
         .add_option("-j,--jobs", options.workerCount,
                     "How many files to convert at a time (default: the processors)")
-        ->check(CLI::Range(1, 1024).description(""))
+        ->check(refuseOutside(1, 1024))
         ->type_name("N");
     command
         .add_option("--manifest", options.recording.manifest,

@@ -1,5 +1,6 @@
 #include "host/command/command_options.h"
 #include "host/command/help_texts.h"
+#include "host/command/values.h"
 #include "host/info/info.h"
 
 #include <CLI/CLI.hpp>
@@ -30,7 +31,7 @@ void addInfoCommand(CLI::App& app, int& status) {
     json->excludes(peaks);
     jsonLines->excludes(peaks);
     command->add_option("--channel", options->channel, "Of a run, show this channel, from 1")
-        ->check(CLI::Validator{CLI::PositiveNumber}.description(""))
+        ->check(refuseChannel)
         ->type_name("N");
     command->footer(infoHelp);
     command->callback([options, &status] {

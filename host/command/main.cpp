@@ -3,6 +3,7 @@
 #include "host/text/output.h"
 #include "host/text/utf8.h"
 
+#include <algorithm>
 #include <exception>
 #include <iostream>
 #include <string_view>
@@ -14,8 +15,10 @@ namespace {
 std::vector<char*> argumentsOf(int count, char** arguments) {
     static char help[] = "--help";
     std::vector<char*> all{arguments, arguments + count};
-    if (count > 1 && std::string_view{all[1]} == "help") {
-        all.erase(all.begin() + 1);
+    const auto isHelp = [](const char* word) { return std::string_view{word} == "help"; };
+    const auto behind = std::find_if_not(all.begin() + std::min(count, 1), all.end(), isHelp);
+    if (behind - all.begin() > 1) {
+        all.erase(all.begin() + 1, behind);
         all.push_back(help);
     }
     return all;

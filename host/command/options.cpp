@@ -3,6 +3,7 @@
 #include "host/command/command_options.h"
 #include "host/command/command_tree.h"
 #include "host/command/suggestions.h"
+#include "host/text/output.h"
 #include "host/text/utf8.h"
 #include "host/text/wrong_use.h"
 
@@ -37,6 +38,17 @@ int refuse(const CLI::App& app, const std::string& words) {
     return wrongUse;
 }
 
+/// The help or the version, which come by way of an error, or what is wrong.
+int answer(const CLI::App& app, const CLI::ParseError& error) {
+    const bool isOfNone = app.get_subcommands().empty() && !app.remaining(true).empty();
+    if (error.get_exit_code() != 0 || isOfNone) {
+        return refuse(app, usageText(app, error));
+    }
+    app.exit(error);
+    finishOutput();
+    return 0;
+}
+
 /// The parser of all commands, which leave their exit status in `status`.
 std::unique_ptr<CLI::App> parserInto(int& status, const std::vector<std::string>& arguments) {
     auto app = std::make_unique<CLI::App>(
@@ -67,8 +79,7 @@ int runCommand(int argumentCount, char** arguments) {
     try {
         app->parse(argumentCount, arguments);
     } catch (const CLI::ParseError& error) {
-        // --help and --version come this way, too.
-        return error.get_exit_code() == 0 ? app->exit(error) : refuse(*app, usageText(*app, error));
+        return answer(*app, error);
     } catch (const WrongUse& error) {
         return refuse(*app, error.what());
     }

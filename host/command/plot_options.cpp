@@ -39,17 +39,17 @@ void addSizeOptions(CLI::App& command, PlotOptions& options) {
     constexpr double largestSize = 10000;
     constexpr double leastScale = 0.1;
     constexpr double largestScale = 10;
-    const CLI::Validator isSize = CLI::Range(leastSize, largestSize).description("");
+    const auto refuseSize = refuseOutside(leastSize, largestSize);
     auto* width = command
                       .add_option("--width", options.width,
                                   "Its width in points or pixels, from 200 to 10000")
                       ->capture_default_str()
-                      ->check(isSize)
+                      ->check(refuseSize)
                       ->type_name("N");
     auto* height = command
                        .add_option("--height", options.height,
                                    "Its height, from 200 to 10000; else after width and channels")
-                       ->check(isSize)
+                       ->check(refuseSize)
                        ->type_name("N");
     addChoice(command,
               {.option = "--paper",
@@ -60,7 +60,7 @@ void addSizeOptions(CLI::App& command, PlotOptions& options) {
         ->excludes(width)
         ->excludes(height);
     command.add_option("--scale", options.scale, "Pixels of a PNG for each point, from 0.1 to 10")
-        ->check(CLI::Range(leastScale, largestScale).description(""))
+        ->check(refuseOutside(leastScale, largestScale))
         ->type_name("F");
 }
 
@@ -97,7 +97,7 @@ void addPlotCommand(CLI::App& app, int& status) {
     addSizeOptions(*command, *options);
     addAxisOptions(*command, *options);
     command->add_option("--channel", options->channel, "Of a run, draw this channel, from 1")
-        ->check(CLI::Validator{CLI::PositiveNumber}.description(""))
+        ->check(refuseChannel)
         ->type_name("N");
     command->add_flag("--no-peaks", options->isWithoutPeaks, "Draw the signal alone");
     command->add_option("--title", options->title, "The title, else the sample's name")

@@ -3,6 +3,7 @@
 #include "host/data/resampling.h"
 #include "host/files/extensions.h"
 #include "host/plot/chart_layout.h"
+#include "host/text/numbers.h"
 #include "host/text/words.h"
 
 #include <charconv>
@@ -51,6 +52,22 @@ std::string refuseTolerance(const std::string& text) {
 
 std::string refuseInterval(const std::string& text) {
     return text == "usual" || readIntervalMs(text) ? "" : "must be milliseconds from 1 to 32767";
+}
+
+std::string refuseChannel(const std::string& text) {
+    std::size_t channel = 0;
+    return readCount(text, channel) && channel > 0
+               ? ""
+               : text + " is no channel: they are counted from 1";
+}
+
+std::function<std::string(const std::string&)> refuseOutside(double least, double most) {
+    return [=](const std::string& text) {
+        const auto number = numberIn(text);
+        return number && *number >= least && *number <= most
+                   ? std::string{}
+                   : text + " is no number from " + numberText(least) + " to " + numberText(most);
+    };
 }
 
 bool readShard(const std::string& text, std::size_t& shard, std::size_t& count) {

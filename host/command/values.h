@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -15,6 +16,10 @@ std::string refuseMinutes(const std::string& text);
 std::string refuseAxisEnd(const std::string& text);
 std::string refuseTolerance(const std::string& text);
 std::string refuseInterval(const std::string& text);
+std::string refuseChannel(const std::string& text);
+
+/// The same for numbers of a range.
+std::function<std::string(const std::string&)> refuseOutside(double least, double most);
 
 /// Reads "2/5", the second of five parts. False for what is none.
 bool readShard(const std::string& text, std::size_t& shard, std::size_t& count);

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
-#include <iterator>
 #include <stdexcept>
 #include <string_view>
 #include <type_traits>

@@ -4,11 +4,13 @@
 #include "dunvale/run_records.h"
 #include "host/files/andi_image.h"
 #include "host/files/extensions.h"
+#include "host/files/file_start.h"
 #include "host/text/numbers.h"
 #include "native/native_records.h"
 #include "platform/checked_io.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <filesystem>
 #include <fstream>
 
@@ -25,19 +27,22 @@ std::string cutWords(std::int64_t there, std::int64_t due, const char* things) {
            " are there";
 }
 
+/// The peaks of all channels stand behind the samples of the last.
+constexpr const char* noPeaks = ", and no peaks";
+
 /// How many samples the channels have that aren't there is not known: their heads say it.
 std::string cutWords(const RunExtent& extent) {
     if (extent.samplesThere == extent.samples && extent.channelsThere < extent.channels) {
-        return cutWords(extent.channelsThere, extent.channels, "channels");
+        return cutWords(extent.channelsThere, extent.channels, "channels") + noPeaks;
     }
     if (extent.samplesThere == extent.samples) {
         return extent.isWhole ? "" : "cut behind its samples: peaks or their names may be missing";
     }
     const int missing = extent.channels - extent.channelsThere;
     const std::string words = cutWords(extent.samplesThere, extent.samples, "samples");
-    return missing == 0 ? words
-                        : words + ", and nothing of " + std::to_string(missing) +
-                              (missing == 1 ? " more channel" : " more channels");
+    return missing == 0 ? words + noPeaks
+                        : words + ", nothing of " + std::to_string(missing) +
+                              (missing == 1 ? " more channel" : " more channels") + " and no peaks";
 }
 
 std::string cutInHead(std::int64_t size) {
@@ -99,13 +104,34 @@ std::string flawOfReport(const std::string& file, std::int64_t size) {
     return due > size ? cutWords(size, due, "bytes") : "";
 }
 
+/// What a file may be that is read as ANDI since it is of no known kind: a slice file by another
+/// name, or a run of so many channels that no conversion takes it. Empty where nothing speaks for
+/// it.
+std::string likenessOf(const FileStart& start) {
+    constexpr std::int64_t headSize = runHeadSize;
+    constexpr int mostBelievable = 100;
+    const auto channels = start.recordAt<std::int16_t>(headSize - sizeof(std::int16_t));
+    const bool isOdd = channels == 0 || (channels > maxChannels && channels <= mostBelievable);
+    if (hasRunVersion(start) && start.length >= headSize && isOdd) {
+        return "a Dunvale run of " + std::to_string(channels) + " channels: 1 to " +
+               std::to_string(maxChannels) + " can be read";
+    }
+    const std::int64_t points = start.recordAt<std::uint32_t>(offsetof(SliHeader, PointCount));
+    const std::int64_t size = sliceDataOffset + std::int64_t{sizeof(float)} * points;
+    return points > 0 && size == start.fileSize
+               ? "it looks like the slice file of a Merivolta pair, which is read by its name, "
+                 "with the report beside it"
+               : "";
+}
+
 } // namespace
 
 std::string flawOfAndi(const std::string& file, std::int64_t size) {
     std::string start(3, '\0');
     std::ifstream{file, std::ios::binary}.read(start.data(), std::ssize(start));
     if (start != "CDF") {
-        return "it doesn't start as netCDF files do";
+        const std::string seen = likenessOf(startOf(file));
+        return seen.empty() ? "it doesn't start as netCDF files do" : seen;
     }
     AndiImage image;
     const std::string reason = loadHeader(image, file);
@@ -139,6 +165,9 @@ std::string flawOfPairFile(const std::string& file, std::int64_t size) {
     }
     SliHeader header{};
     std::ifstream{file, std::ios::binary}.read(reinterpret_cast<char*>(&header), sizeof header);
+    if (header.PointCount == 0) {
+        return "it has no samples";
+    }
     const std::int64_t there = (size - sliceDataOffset) / std::int64_t{sizeof(float)};
     return there < header.PointCount ? cutWords(there, header.PointCount, "samples") : "";
 }

@@ -6,6 +6,13 @@
 
 namespace korlit::host {
 
+bool hasRunVersion(const FileStart& start) {
+    constexpr float lowest = 1.0F;
+    constexpr float highest = 100.0F;
+    const auto version = start.recordAt<float>(0);
+    return version >= lowest && version <= highest;
+}
+
 // Archives have very many files: no stream and its buffer for each.
 FileStart startOf(const std::string& file) {
     FileStart start;

@@ -28,6 +28,9 @@ struct FileStart {
     }
 };
 
+/// Whether a file begins with the version of a Dunvale run, which runs have for a signature.
+bool hasRunVersion(const FileStart& start);
+
 /// An empty one of what is no regular file or can't be read.
 FileStart startOf(const std::string& file);
 

@@ -65,14 +65,8 @@ constexpr std::size_t channelCountPlace = sizeof(RunFileHead) + sizeof(RunInfo);
 /// a first signal of no negative length. One that was cut within its head is known by its name
 /// alone.
 bool isRun(const FileStart& start) {
-    constexpr float lowestVersion = 1.0F;
-    constexpr float highestVersion = 100.0F;
     constexpr std::int64_t headSize = channelCountPlace + sizeof(std::int16_t);
-    const auto version = start.recordAt<float>(0);
-    if (!(version >= lowestVersion && version <= highestVersion)) {
-        return false;
-    }
-    if (start.length < headSize) {
+    if (!hasRunVersion(start) || start.length < headSize) {
         return false;
     }
     const auto channelCount = start.recordAt<std::int16_t>(channelCountPlace);

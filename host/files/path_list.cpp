@@ -18,6 +18,9 @@ std::vector<std::string> readPaths(std::istream& in, bool isZeroSeparated) {
         if (!isZeroSeparated && path.ends_with('\r')) {
             path.pop_back();
         }
+        if (path.find('\0') != std::string::npos) {
+            throw WrongUse{"--files-from: there are names that end with NUL: say -0"};
+        }
         if (!path.empty()) {
             paths.push_back(path);
         }

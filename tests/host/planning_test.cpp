@@ -33,7 +33,6 @@ TEST(PathList, EndsPathsWhereItsKindDoes) {
              {"a\rb\n a \n", false, {"a\rb", " a "}},
              {"a\nb\r", true, {"a\nb\r"}},
              {std::string{"a\n\0\0b", 5}, true, {"a\n", "b"}},
-             {std::string{"a\0b\n", 4}, false, {std::string{"a\0b", 3}}},
          }) {
         Inputs inputs;
         inputs.paths = {"first"};
