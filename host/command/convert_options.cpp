@@ -26,10 +26,12 @@ void addWorkOptions(CLI::App& command, ConvertOptions& options) {
                        .add_option("-d,--output-dir", work.outputFolder,
                                    "Write into this folder, which mirrors the folders below a\n"
                                    "folder that was named")
+                       ->check(refuseEmpty)
                        ->type_name("DIR");
     command
         .add_option("-o,--output", work.output,
                     "Write the one output to this file; of a pair, both under its name")
+        ->check(refuseEmpty)
         ->type_name("FILE")
         ->excludes(folder);
     command
@@ -95,6 +97,7 @@ void addReportOptions(CLI::App& command, ConvertOptions& options) {
     command
         .add_option("--manifest", options.recording.manifest,
                     "Append what was done to this file, with the digests of all files")
+        ->check(refuseEmpty)
         ->type_name("FILE");
     command.add_option("--report", options.recording.page, "Write a page of it: a .html file")
         ->check(refusePageName)

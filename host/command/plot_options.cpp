@@ -17,11 +17,13 @@ void addOutputOptions(CLI::App& command, PlotOptions& options) {
             .add_option("-o,--output", options.output,
                         "The chart, of several files over each other: a .svg, .png or .pdf\n"
                         "file; - is standard output")
+            ->check(refuseEmpty)
             ->type_name("FILE");
     command
         .add_option("-d,--output-dir", options.outputFolder,
                     "Draw a chart of each file into this folder, which mirrors the folders\n"
                     "below a folder that was named")
+        ->check(refuseEmpty)
         ->type_name("DIR")
         ->excludes(output);
 }

@@ -29,6 +29,7 @@ void addInputOptions(CLI::App& command, Inputs& inputs, const std::string& descr
     command
         .add_option("--files-from", inputs.filesFrom,
                     "Take further paths from the lines of a file; - is standard input")
+        ->check(refuseEmpty)
         ->type_name("LIST");
     command.add_flag("-0,--null", inputs.isZeroSeparated,
                      "The paths of that file end with NUL characters instead of lines");

@@ -30,6 +30,10 @@ bool readCount(std::string_view digits, std::size_t& count) {
 
 } // namespace
 
+std::string refuseEmpty(const std::string& text) {
+    return text.empty() ? "must not be empty" : "";
+}
+
 std::string refusePageName(const std::string& text) {
     return hasExtension(text, ".html") ? "" : "a page is a .html file, not " + text;
 }

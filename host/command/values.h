@@ -11,6 +11,7 @@
 namespace korlit::host {
 
 /// What is wrong with a value; the empty text for a good one.
+std::string refuseEmpty(const std::string& text);
 std::string refusePageName(const std::string& text);
 std::string refuseMinutes(const std::string& text);
 std::string refuseAxisEnd(const std::string& text);

@@ -1,5 +1,6 @@
 #include "host/command/command_options.h"
 #include "host/command/help_texts.h"
+#include "host/command/values.h"
 #include "host/manifest/verify.h"
 
 #include <CLI/CLI.hpp>
@@ -19,6 +20,7 @@ void addVerifyCommand(CLI::App& app, int& status) {
     command
         .add_option("--root", options->root,
                     "Look in this folder for what lay below the one that the batch ran in")
+        ->check(refuseEmpty)
         ->type_name("DIR");
     command.add_flag("--json", options->isJson, "Print a JSON object a line for each file");
     command.add_flag("-q,--quiet", options->isQuiet, "Print only what isn't as it was");

@@ -1,6 +1,7 @@
 #include "host/convert/conflicts.h"
 
 #include "host/system/file_identity.h"
+#include "host/text/wrong_use.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -19,26 +20,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A folder that is there, and the way from it to one that isn't yet.
-struct FolderPlace {
-    std::optional<FileIdentity> above;
-    std::string below;
-
-    auto operator<=>(const FolderPlace&) const = default;
-};
-
-FolderPlace placeOf(fs::path folder) {
-    fs::path below;
-    for (;;) {
-        const auto identity = identityOf(folder.empty() ? "." : folder);
-        if (identity || folder.empty() || !folder.has_relative_path()) {
-            return {.above = identity, .below = below.lexically_normal().string()};
-        }
-        below = below.empty() ? folder.filename() : folder.filename() / below;
-        folder = folder.parent_path();
-    }
-}
-
 /// Numbers folders, each one by whichever way leads there.
 class FolderNumbers {
   public:
@@ -47,7 +28,8 @@ class FolderNumbers {
         if (known != numbers.end()) {
             return known->second;
         }
-        const std::size_t number = places.try_emplace(placeOf(folder), places.size()).first->second;
+        const std::size_t number =
+            places.try_emplace(folderPlaceOf(folder), places.size()).first->second;
         return numbers.emplace(folder.native(), number).first->second;
     }
 
@@ -184,6 +166,25 @@ class Conflicts {
 
 void noteConflicts(WorkList& work) {
     Conflicts{work}.note();
+}
+
+void refuseClashes(const WorkList& work, const SideFiles& sides) {
+    const auto refuse = [&](const fs::path& file, const std::string& words) {
+        if (const auto side = sides.at(file)) {
+            throw WrongUse{file.string() + ' ' + words + ", and can't be the " +
+                           sides.kindOf(*side)};
+        }
+    };
+    for (std::size_t i = 0; i < work.size(); ++i) {
+        const Plan plan = work.job(i).plan;
+        refuse(plan.source, "is a source of this batch");
+        for (const StagedFile& source : plan.sources) {
+            refuse(source.path, "is a source of this batch");
+        }
+        for (const StagedFile& target : plan.targets) {
+            refuse(target.path, "is what is made of " + plan.source);
+        }
+    }
 }
 
 } // namespace korlit::host

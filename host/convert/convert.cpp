@@ -10,6 +10,7 @@
 #include <random>
 #include <set>
 #include <system_error>
+#include <utility>
 
 namespace korlit::host {
 
@@ -105,7 +106,7 @@ int convertAll(const ConvertOptions& options) {
     if (!options.isDryRun) {
         settleFolders(namedFolders(options.work));
     }
-    const WorkList work = listWork(options.work);
+    const WorkList work = listWork(options.work, sideFilesOf(options.recording));
     if (options.report.isVerbose) {
         for (const std::string& file : work.ignored()) {
             std::cerr << "Ignored " << printable(file) << '\n';
@@ -115,8 +116,9 @@ int convertAll(const ConvertOptions& options) {
                   {.jobCount = work.size(),
                    .ignoredCount = work.ignored().size(),
                    .reachedCount = work.reachedCount()}};
-    Recording recording{options.isDryRun ? RecordingOptions{} : options.recording, newBatchName(),
-                        work.size()};
+    RecordingOptions recordingOptions = options.isDryRun ? RecordingOptions{} : options.recording;
+    recordingOptions.permissions = work.recordPermissions();
+    Recording recording{std::move(recordingOptions), newBatchName(), work.size()};
     bool isStopped = false;
     watchInterrupts();
     try {

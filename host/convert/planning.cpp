@@ -2,6 +2,7 @@
 
 #include "host/convert/conflicts.h"
 #include "host/files/extensions.h"
+#include "host/system/whole_file.h"
 #include "host/text/words.h"
 #include "host/text/wrong_use.h"
 
@@ -35,6 +36,11 @@ void refuseBothDirections(const std::vector<ListedFile>& files) {
     }
 }
 
+/// Of data: what is made would be hidden, as .sli.sli.
+bool isEndingAlone(const fs::path& name) {
+    return hasNameOfData("x" + name.string()) && name.stem() == name;
+}
+
 /// The words for an --output that can't be the place of what is made.
 std::string outputProblem(const Plan& plan, const fs::path& output) {
     const std::string name = output.string();
@@ -53,6 +59,10 @@ std::string outputProblem(const Plan& plan, const fs::path& output) {
     const fs::path last = output.filename();
     if (fs::is_directory(output, ignored) || last.empty() || last == "." || last == "..") {
         return name + " is a folder: say --output-dir " + name;
+    }
+    if (isEndingAlone(last)) {
+        return name + " is an ending without a name: say --output " +
+               (output.parent_path() / ("converted" + due)).string();
     }
     const bool isFitting = std::ranges::any_of(endings, [&](const std::string& ending) {
         return hasExtension(name, fs::path{"x" + ending}.extension().native());
@@ -90,7 +100,7 @@ std::uint64_t hashOf(const std::string& path) {
 
 } // namespace
 
-WorkList listWork(const WorkOptions& options) {
+WorkList listWork(const WorkOptions& options, const SideFiles& sides) {
     Listing candidates = candidatesOf(options);
     if (options.to == Goal::Unsaid) {
         refuseBothDirections(candidates.files);
@@ -100,6 +110,10 @@ WorkList listWork(const WorkOptions& options) {
         requireFittingOutput(work, options.output);
     }
     noteConflicts(work);
+    if (!sides.empty()) {
+        refuseClashes(work, sides);
+        work.noteSourcePermissions();
+    }
     work.takeShard();
     return work;
 }
@@ -137,6 +151,14 @@ std::set<fs::path> WorkList::targetFolders() const {
 
 void WorkList::setProblem(std::size_t number, const std::string& words) {
     candidates.files[number].problem = words;
+}
+
+void WorkList::noteSourcePermissions() {
+    for (std::size_t i = 0; i < size(); ++i) {
+        for (const StagedFile& source : job(i).plan.sources) {
+            permissions = narrowedTo(source.path, permissions);
+        }
+    }
 }
 
 void WorkList::takeShard() {

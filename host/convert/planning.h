@@ -4,6 +4,7 @@
 #include "host/convert/candidates.h"
 #include "host/convert/job.h"
 #include "host/convert/work_options.h"
+#include "host/files/side_files.h"
 
 #include <cstddef>
 #include <filesystem>
@@ -30,6 +31,9 @@ class WorkList {
     std::size_t reachedCount() const { return candidates.passedCount; }
 
     void setProblem(std::size_t number, const std::string& words);
+    /// What may use records of all the sources: whoever may use each of them.
+    std::filesystem::perms recordPermissions() const { return permissions; }
+    void noteSourcePermissions();
     /// Keeps one part of them, chosen by each path's own hash.
     void takeShard();
 
@@ -38,6 +42,7 @@ class WorkList {
 
     Listing candidates;
     const WorkOptions& options; ///< must outlive the list
+    std::filesystem::perms permissions = std::filesystem::perms::all;
 };
 
 /// Lists the jobs, sorted within each folder. A part of the work is chosen by each path's own hash,
@@ -47,8 +52,11 @@ class WorkList {
 /// by their content. A target that is a source of the batch, by whatever name or link, is a problem
 /// of both jobs, and one that another job makes too is a problem of the later.
 ///
-/// Throws WrongUse where folders hold files for both directions and none was asked for, where
-/// `output` doesn't fit what is to be converted, and where a list of files can't be read.
-WorkList listWork(const WorkOptions& options);
+/// None of the sources and targets of the whole work may be one of `sides`.
+///
+/// Throws WrongUse where that is so, where folders hold files for both directions and none was
+/// asked for, where `output` doesn't fit what is to be converted, and where a list of files can't
+/// be read.
+WorkList listWork(const WorkOptions& options, const SideFiles& sides);
 
 } // namespace korlit::host

@@ -51,6 +51,19 @@ std::vector<DataSet> signalsOf(const Plan& plan, const fs::path& stage) {
 
 } // namespace
 
+SideFiles sideFilesOf(const RecordingOptions& options) {
+    SideFiles sides;
+    const auto add = [&](const fs::path& file, const char* kind) {
+        const std::string problem = file.empty() ? "" : sides.add(file, kind);
+        if (!problem.empty()) {
+            throw WrongUse{problem};
+        }
+    };
+    add(options.manifest, "manifest");
+    add(options.page, "page");
+    return sides;
+}
+
 void Witness::begin(const Plan& plan) {
     for (const StagedFile& source : plan.sources) {
         record.sources.push_back({.path = wholePath(source.path), .digest = digestOf(source.path)});
@@ -112,7 +125,7 @@ Recording::Recording(RecordingOptions recordingOptions, std::string batchName,
             throw WrongUse{problem};
         }
         write([&] {
-            log.emplace(options.manifest);
+            log.emplace(options.manifest, options.permissions);
             log->append(lineOf(begun));
         });
     }
@@ -139,7 +152,7 @@ void Recording::add(const Job& job, const Outcome& outcome) {
 
 void Recording::end() {
     if (!options.page.empty()) {
-        write([&] { writePage(options.page, recorded); });
+        write([&] { writePage(options.page, recorded, options.permissions); });
     }
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/convert/job.h"
+#include "host/files/side_files.h"
 #include "host/manifest/manifest.h"
 #include "host/system/line_log.h"
 
@@ -19,9 +20,13 @@ struct RecordingOptions {
     std::filesystem::path page;     ///< empty for none
     std::string version;
     std::vector<std::string> arguments;
+    std::filesystem::perms permissions = std::filesystem::perms::all; ///< of new files at most
 
     bool isAsked() const { return !manifest.empty() || !page.empty(); }
 };
+
+/// The manifest and the page. Throws WrongUse for one that may not be written.
+SideFiles sideFilesOf(const RecordingOptions& options);
 
 /// Looks at a conversion from its start to its end, in the worker.
 class Witness {

@@ -40,4 +40,12 @@ FileKind kindToConvert(const std::string& file, const FileStart& start) {
     return isKnown(kind) ? kind : FileKind::Andi;
 }
 
+bool hasNameOfData(const std::string& file) {
+    return std::ranges::any_of(knownFormats(), [&](const Format& format) {
+        return hasExtension(file, format.usualExtension) ||
+               (format.companionExtension != nullptr &&
+                hasExtension(file, format.companionExtension));
+    });
+}
+
 } // namespace korlit::host

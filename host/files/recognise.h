@@ -20,4 +20,8 @@ FileKind kindToConvert(const std::string& file, const FileStart& start);
 /// extension it has, else unknown.
 FileKind kindFound(const std::string& file, const FileStart& start);
 
+/// Whether a name ends as those of data do by custom. Some data are known by that alone, and so is
+/// what is cut.
+bool hasNameOfData(const std::string& file);
+
 } // namespace korlit::host

@@ -5,13 +5,12 @@
 #include "host/page/page_head.h"
 #include "host/page/page_parts.h"
 #include "host/page/page_rows.h"
-#include "host/system/temporary_folder.h"
-#include "platform/file_size_signal.h"
+#include "host/system/whole_file.h"
 
 #include <algorithm>
 #include <array>
-#include <fstream>
 #include <map>
+#include <ostream>
 #include <stdexcept>
 #include <string>
 
@@ -84,22 +83,11 @@ void write(std::ostream& out, const Manifest& manifest) {
 
 } // namespace
 
-void writePage(const fs::path& file, const Manifest& manifest) {
-    const std::string failure = "can't write " + file.string() + ": ";
-    const FileSizeSignalHeld held;
+void writePage(const fs::path& file, const Manifest& manifest, fs::perms most) {
     try {
-        const TemporaryFolder stage{file.has_parent_path() ? file.parent_path() : "."};
-        const fs::path written = stage.path() / file.filename();
-        std::ofstream out{written, std::ios::binary};
-        write(out, manifest);
-        out.close();
-        if (!out) {
-            throw fs::filesystem_error{"Can't write", file,
-                                       std::make_error_code(std::errc::no_space_on_device)};
-        }
-        fs::rename(written, file);
+        writeWhole(file, most, [&](std::ostream& out) { write(out, manifest); });
     } catch (const fs::filesystem_error& error) {
-        throw std::runtime_error{failure + error.code().message()};
+        throw std::runtime_error{"can't write " + file.string() + ": " + error.code().message()};
     }
 }
 

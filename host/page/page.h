@@ -7,8 +7,9 @@
 
 namespace korlit::host {
 
-/// Writes the page, in the place of what has its name. Throws a runtime_error with words for the
-/// user where that can't be done.
-void writePage(const std::filesystem::path& file, const Manifest& manifest);
+/// Writes the page, in the place of what has its name and with `most` as its permissions at most.
+/// Throws a runtime_error with words for the user where that can't be done.
+void writePage(const std::filesystem::path& file, const Manifest& manifest,
+               std::filesystem::perms most);
 
 } // namespace korlit::host

@@ -12,8 +12,8 @@ struct PageOptions {
     std::filesystem::path output;
 };
 
-/// Writes the page. Answers 0, or 2 where a manifest can't be read. Throws a runtime_error where
-/// the page can't be written.
+/// Writes the page. Answers 0, or 2 where a manifest can't be read. Throws WrongUse where the page
+/// would be one of them or replace data, and a runtime_error where it can't be written.
 int reportManifests(const PageOptions& options);
 
 } // namespace korlit::host

@@ -2,7 +2,7 @@
 
 #include "host/files/extensions.h"
 #include "host/plot/chart_pen.h"
-#include "host/system/temporary_folder.h"
+#include "host/system/whole_file.h"
 #include "host/text/utf8.h"
 
 #include <cairo-pdf.h>
@@ -10,7 +10,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <fstream>
 #include <iomanip>
 #include <iostream>
 #include <memory>
@@ -82,17 +81,6 @@ void render(const Chart& chart, const ChartTarget& target, std::ostream& out) {
     require(cairo_surface_status(surface.get()));
 }
 
-void renderToFile(const Chart& chart, const ChartTarget& target) {
-    const fs::path& file = target.file;
-    const TemporaryFolder stage{file.has_parent_path() ? file.parent_path() : "."};
-    const fs::path drawn = stage.path() / "chart";
-    std::ofstream out{drawn, std::ios::binary};
-    render(chart, target, out);
-    out.close();
-    require(out ? CAIRO_STATUS_SUCCESS : CAIRO_STATUS_WRITE_ERROR);
-    fs::rename(drawn, file);
-}
-
 /// All that a chart writes but for numbers.
 std::u32string charactersIn(const Chart& chart) {
     std::string all = chart.title + chart.subtitle + chart.note;
@@ -152,12 +140,13 @@ void fitTo(Chart& chart, Paper sheet) {
 void writeChart(const Chart& chart, const ChartTarget& target) {
     const std::string failure = "can't write " + target.file.string() + ": ";
     try {
+        std::ostringstream whole;
+        render(chart, target, whole);
         if (target.file == "-") {
-            std::ostringstream whole;
-            render(chart, target, whole);
             std::cout << whole.view();
         } else {
-            renderToFile(chart, target);
+            writeWhole(target.file, target.permissions,
+                       [&](std::ostream& out) { out << whole.view(); });
         }
     } catch (const fs::filesystem_error& error) {
         throw std::runtime_error{failure + error.code().message()};

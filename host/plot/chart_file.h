@@ -28,6 +28,7 @@ struct ChartTarget {
     ChartFormat format = ChartFormat::Svg;
     double scale = 1;           ///< pixels of a PNG for each point
     std::filesystem::path file; ///< "-" is standard output
+    std::filesystem::perms permissions = std::filesystem::perms::all; ///< of the file at most
 };
 
 /// Draws a chart into a file, which comes to its place only when it is complete, and then replaces

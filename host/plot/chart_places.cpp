@@ -1,11 +1,10 @@
 #include "host/plot/chart_places.h"
 
+#include "host/files/side_files.h"
 #include "host/files/standard_input.h"
-#include "host/system/file_identity.h"
 
 #include <cstddef>
 #include <map>
-#include <set>
 
 namespace korlit::host {
 
@@ -23,24 +22,23 @@ class PlaceFinder {
     std::vector<ChartPlace> places() {
         while (keepExtensions()) {
         }
-        std::map<fs::path, std::size_t> owners;
-        const std::set<FileIdentity> sources = sourceIdentities();
+        SideFiles charts;
+        std::vector<std::size_t> owners;
         std::vector<ChartPlace> places;
         for (std::size_t i = 0; i < listing.files.size(); ++i) {
             ChartPlace place{.file = placeOf(i), .problem = listing.files[i].problem};
             if (place.problem.empty()) {
-                const std::size_t owner = owners.emplace(place.file, i).first->second;
-                const auto there = identityOf(place.file);
-                if (owner != i) {
+                const auto other = charts.at(place.file);
+                place.problem = charts.add(place.file, "chart");
+                owners.push_back(i);
+                if (other) {
                     place.problem = "Its chart " + place.file.string() + " is that of " +
-                                    listing.pathOf(listing.files[owner]).string();
-                } else if (there && sources.contains(*there)) {
-                    place.problem =
-                        "Its chart " + place.file.string() + " is a file that is to be drawn";
+                                    listing.pathOf(listing.files[owners[*other]]).string();
                 }
             }
             places.push_back(place);
         }
+        refuseSources(charts, owners, places);
         return places;
     }
 
@@ -73,14 +71,17 @@ class PlaceFinder {
         return isAnyChanged;
     }
 
-    std::set<FileIdentity> sourceIdentities() const {
-        std::set<FileIdentity> identities;
+    void refuseSources(const SideFiles& charts, const std::vector<std::size_t>& owners,
+                       std::vector<ChartPlace>& places) const {
         for (const ListedFile& file : listing.files) {
-            if (const auto identity = identityOf(listing.pathOf(file))) {
-                identities.insert(*identity);
+            for (const SourceFile& source : formatOf(file.kind).sourceFiles(listing.pathOf(file))) {
+                if (const auto chart = charts.at(source.path)) {
+                    ChartPlace& place = places[owners[*chart]];
+                    place.problem =
+                        "Its chart " + place.file.string() + " is a file that is to be drawn";
+                }
             }
         }
-        return identities;
     }
 
     const Listing& listing;

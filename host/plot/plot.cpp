@@ -1,11 +1,14 @@
 #include "host/plot/plot.h"
 
 #include "host/data/listed_data.h"
+#include "host/files/formats.h"
+#include "host/files/side_files.h"
 #include "host/files/standard_input.h"
 #include "host/plot/chart_data.h"
 #include "host/plot/chart_file.h"
 #include "host/plot/chart_places.h"
 #include "host/system/interrupts.h"
+#include "host/system/whole_file.h"
 #include "host/text/output.h"
 #include "host/text/utf8.h"
 #include "host/text/words.h"
@@ -14,6 +17,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <iostream>
+#include <span>
 #include <stdexcept>
 #include <system_error>
 #include <vector>
@@ -39,13 +43,34 @@ void refuseWrongUse(const PlotOptions& options, ChartFormat format) {
     }
 }
 
-void refuseSource(const Listing& listing, const fs::path& output) {
+/// Throws where the one chart would replace data.
+void refuseData(const Listing& listing, const fs::path& output) {
+    if (output == "-") {
+        return;
+    }
+    SideFiles sides;
+    const std::string problem = sides.add(output, "chart");
     for (const ListedFile& file : listing.files) {
-        std::error_code error;
-        if (fs::equivalent(listing.pathOf(file), output, error)) {
-            throw WrongUse{"--output: is the file that is to be drawn"};
+        for (const SourceFile& source : formatOf(file.kind).sourceFiles(listing.pathOf(file))) {
+            if (sides.at(source.path)) {
+                throw WrongUse{"--output: is the file that is to be drawn"};
+            }
         }
     }
+    if (!problem.empty()) {
+        throw WrongUse{"--output: " + problem};
+    }
+}
+
+/// What a chart of some files may be used by at most.
+fs::perms permissionsFor(const Listing& listing, std::span<const ListedFile> files) {
+    auto most = fs::perms::all;
+    for (const ListedFile& file : files) {
+        for (const SourceFile& source : formatOf(file.kind).sourceFiles(listing.pathOf(file))) {
+            most = narrowedTo(source.path, most);
+        }
+    }
+    return most;
 }
 
 /// The format that was asked for, or that of the output's name.
@@ -91,7 +116,7 @@ void draw(const PlotOptions& options, const std::vector<std::vector<DataSet>>& f
 }
 
 int drawTogether(const PlotOptions& options, const Listing& listing, ChartFormat format) {
-    refuseSource(listing, options.output);
+    refuseData(listing, options.output);
     std::vector<std::vector<DataSet>> files;
     for (const ListedFile& file : listing.files) {
         if (!file.problem.empty()) {
@@ -102,7 +127,11 @@ int drawTogether(const PlotOptions& options, const Listing& listing, ChartFormat
     if (files.empty()) {
         throw std::runtime_error{"there is nothing to draw"};
     }
-    draw(options, files, {.format = format, .scale = options.scale, .file = options.output});
+    draw(options, files,
+         {.format = format,
+          .scale = options.scale,
+          .file = options.output,
+          .permissions = permissionsFor(listing, listing.files)});
     return 0;
 }
 
@@ -121,7 +150,10 @@ int drawEach(const PlotOptions& options, const Listing& listing, ChartFormat for
             std::error_code ignored; // a chart can't be written then, and its words say why
             fs::create_directories(places[i].file.parent_path(), ignored);
             draw(options, {sets},
-                 {.format = format, .scale = options.scale, .file = places[i].file});
+                 {.format = format,
+                  .scale = options.scale,
+                  .file = places[i].file,
+                  .permissions = permissionsFor(listing, {&file, 1})});
         } catch (const WrongUse&) {
             throw;
         } catch (const std::exception& error) {

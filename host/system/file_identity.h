@@ -1,9 +1,10 @@
-// Whether two paths are one file, whatever names and links lead to it.
+// Whether two paths are one file or one place, whatever names and links lead there.
 #pragma once
 
 #include <cstdint>
 #include <filesystem>
 #include <optional>
+#include <string>
 
 namespace korlit::host {
 
@@ -27,5 +28,26 @@ struct Occupant {
 
 /// Nothing where the place is free.
 std::optional<Occupant> occupantOf(const std::filesystem::path& place);
+
+/// A folder that is there, and the way from it to one that isn't yet.
+struct FolderPlace {
+    std::optional<FileIdentity> above;
+    std::string below;
+
+    auto operator<=>(const FolderPlace&) const = default;
+};
+
+FolderPlace folderPlaceOf(std::filesystem::path folder);
+
+/// Where a file is, or would be made.
+struct FilePlace {
+    FolderPlace folder;
+    std::string name;
+
+    auto operator<=>(const FilePlace&) const = default;
+};
+
+/// Links to what isn't there lead to where it would be made.
+FilePlace filePlaceOf(std::filesystem::path file);
 
 } // namespace korlit::host

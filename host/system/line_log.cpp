@@ -39,7 +39,7 @@ bool isCut(int descriptor, std::int64_t length) {
 
 } // namespace
 
-LineLog::LineLog(const std::filesystem::path& file)
+LineLog::LineLog(const std::filesystem::path& file, std::filesystem::perms most)
     : path{file}, descriptor{openUninterrupted(file.c_str(), O_RDWR | O_APPEND | O_CREAT)} {
     struct stat status {};
     if (descriptor >= 0 && (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode))) {
@@ -50,6 +50,9 @@ LineLog::LineLog(const std::filesystem::path& file)
     if (descriptor < 0) {
         throw std::filesystem::filesystem_error{"Can't open", path,
                                                 std::error_code{errno, std::generic_category()}};
+    }
+    if (status.st_size == 0) {
+        fchmod(descriptor, status.st_mode & static_cast<mode_t>(most));
     }
 }
 

@@ -8,9 +8,9 @@ namespace korlit::host {
 
 class LineLog {
   public:
-    /// Opens the file, or makes it. Throws a filesystem_error where that can't be done or it is no
-    /// regular file.
-    explicit LineLog(const std::filesystem::path& file);
+    /// Opens the file, or makes it; one without lines gets `most` as its permissions at most.
+    /// Throws a filesystem_error where that can't be done or it is no regular file.
+    LineLog(const std::filesystem::path& file, std::filesystem::perms most);
     LineLog(const LineLog&) = delete;
     LineLog& operator=(const LineLog&) = delete;
     ~LineLog();
