@@ -89,7 +89,7 @@ class Planning : public testing::Test {
         for (std::string path; in >> path;) {
             options.inputs.paths.push_back(folder.path(path));
         }
-        const WorkList work = listWork(options);
+        const WorkList work = listWork(options, {});
         std::string problems;
         for (std::size_t i = 0; i < work.size(); ++i) {
             const Job job = work.job(i);
@@ -153,7 +153,7 @@ TEST_F(Planning, PartsOfABatchAreAllOfItOnce) {
             options.to = Goal::Pair;
             options.shard = shard;
             options.shardCount = shardCount;
-            const WorkList work = listWork(options);
+            const WorkList work = listWork(options, {});
             largest = std::max(largest, work.size());
             for (std::size_t i = 0; i < work.size(); ++i) {
                 ++counts[work.job(i).plan.source];
