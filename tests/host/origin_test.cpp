@@ -106,7 +106,7 @@ TEST_F(Origin, OfAnAndiFileIsTheLastPartOfItsReference) {
 }
 
 TEST_F(Origin, IsAPairOfAnInstrumentAnywhereAndAConvertedOneWhereItIsNamed) {
-    const std::string made = slice();
+    const std::string& made = slice();
     const std::string instruments = withByte(slice(), 57, 1);
     std::filesystem::create_directory(folder.path("sub"));
     struct Case {
