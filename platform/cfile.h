@@ -2,10 +2,17 @@
 // that was built apart.
 #pragma once
 
+#include "platform/descriptors.h"
+
+#include <array>
+#include <cstddef>
 #include <cstdint>
+#include <span>
 
 namespace korlit {
 
+/// Small reads are served from a window of the file that one call of the system brings in; large
+/// ones go past it.
 class CFile {
   public:
     CFile() = default;
@@ -32,6 +39,13 @@ class CFile {
     void Close();
 
   private:
+    std::int64_t copyHeld(std::span<std::byte> target, std::int64_t place) const;
+    Transfer fetch(std::span<std::byte> target, std::int64_t place);
+
+    static constexpr std::int64_t windowSize = 16384; // it lies on the stack of hosts
+    std::array<std::byte, windowSize> window;
+    std::int64_t windowStart = 0;
+    std::int64_t windowLength = 0;
     int descriptor = -1;
     std::int64_t position = 0;
     bool isAtEnd = false;

@@ -161,6 +161,30 @@ TEST_F(Files, ALostByteShowsInTheNextWriteOrOnClosing) {
     EXPECT_EQ(_lclose(full), fileError);
 }
 
+TEST_F(Files, ACFileReadsAcrossItsWindow) {
+    std::string bytes(50000, '\0');
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        bytes[i] = static_cast<char>(i * 31 / 7);
+    }
+    const std::string path = folder.write("x", bytes);
+    for (const std::size_t size : {1, 7, 1000, 16383, 16384, 16385, 40000, 60000}) {
+        SCOPED_TRACE(size);
+        CFile file;
+        ASSERT_TRUE(file.Open(path.c_str()));
+        std::size_t place = 0;
+        for (std::size_t step = 0; place < bytes.size(); ++step) {
+            const std::size_t wanted = step % 3 == 1 ? 5 : size;
+            std::string read(wanted, '?');
+            const std::string expected = bytes.substr(place, wanted);
+            ASSERT_EQ(file.Read(read.data(), std::ssize(read)), std::ssize(expected)) << place;
+            ASSERT_EQ(read.substr(0, expected.size()), expected) << place;
+            file.Skip(step % 3 == 2 ? 3 : 0);
+            place += expected.size() + (step % 3 == 2 ? 3 : 0);
+        }
+        EXPECT_EQ(file.GetRemaining(), 0);
+    }
+}
+
 TEST_F(Files, TheEndOfAFileThatGrowsIsFinal) {
     CFile file;
     char bytes[4]{};
