@@ -144,7 +144,9 @@ void makeMove(const JournalMove& move) {
     if (const auto error = putInPlace(move)) {
         fail(move.place, error);
     }
-    requireReplaced(move);
+    if (move.replaced) {
+        requireReplaced(move);
+    }
 }
 
 /// Makes those that a process that is gone hasn't made.

@@ -18,13 +18,14 @@ namespace fs = std::filesystem;
 
 constexpr std::array<const char*, 4> statusNames{"converted", "skipped", "failed", "planned"};
 
-/// Why nothing can be put in a target's place; empty if nothing is in the way.
-std::string obstacle(const StagedFile& target, Existing existing) {
+fs::file_status statusOf(const StagedFile& target) {
     std::error_code ignored;
-    const fs::file_status there = fs::symlink_status(target.path, ignored);
-    if (!fs::exists(there)) {
-        return {};
-    }
+    return fs::symlink_status(target.path, ignored);
+}
+
+/// Why nothing can be put in a target's place, where something is; empty if it isn't in the way.
+std::string obstacle(const StagedFile& target, const fs::file_status& there, Existing existing) {
+    std::error_code ignored;
     const fs::file_status status = fs::is_symlink(there) ? fs::status(target.path, ignored) : there;
     if (fs::is_directory(status)) {
         return "Can't write " + target.path.string() + ": Is a directory";
@@ -43,8 +44,7 @@ constexpr const char* instrumentText = " is of a pair as instruments write them"
 constexpr const char* originText = " looks like what it was made from";
 
 bool isThere(const StagedFile& target) {
-    std::error_code ignored;
-    return fs::exists(fs::symlink_status(target.path, ignored));
+    return fs::exists(statusOf(target));
 }
 
 /// Whether a target is older than any of the files that it is made of.
@@ -145,13 +145,18 @@ Decision decide(const Job& job, Existing existing) {
     if (!job.problem.empty()) {
         return failed(job.problem);
     }
+    const StagedFile* there = nullptr;
     for (const StagedFile& target : plan.targets) {
-        if (const std::string words = obstacle(target, existing); !words.empty()) {
+        const fs::file_status status = statusOf(target);
+        if (!fs::exists(status)) {
+            continue;
+        }
+        if (const std::string words = obstacle(target, status, existing); !words.empty()) {
             return failed(words);
         }
+        there = there == nullptr ? &target : there;
     }
-    const auto there = std::ranges::find_if(plan.targets, isThere);
-    if (there == plan.targets.end()) {
+    if (there == nullptr) {
         return begun(plan.targets, existing == Existing::Update || existing == Existing::Replace);
     }
     switch (existing) {

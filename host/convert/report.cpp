@@ -31,8 +31,11 @@ bool isDumb() {
 }
 
 bool isColoured() {
-    const char* noColor = std::getenv("NO_COLOR");
-    return isOutputTerminal() && !isDumb() && (noColor == nullptr || *noColor == '\0');
+    static const bool isWanted = [] {
+        const char* noColor = std::getenv("NO_COLOR");
+        return isOutputTerminal() && !isDumb() && (noColor == nullptr || *noColor == '\0');
+    }();
+    return isWanted;
 }
 
 std::string inColour(const char* colour, const std::string& text) {
@@ -227,10 +230,10 @@ void Report::add(const Job& job, const Outcome& outcome) {
     } else if (!options.isQuiet || outcome.status == JobStatus::Failed) {
         printLine(job, outcome, options.isVerbose);
     }
-    std::cout.flush();
 }
 
 void Report::tick() {
+    std::cout.flush();
     if (isProgressShown) {
         std::cerr << eraseLine
                   << progressLine(doneCount(), found, count(JobStatus::Failed), secondsSoFar())
