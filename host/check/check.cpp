@@ -58,7 +58,7 @@ Findings check(const std::string& file) {
     }
     const Subject subject = subjectOf(image);
     Findings findings = departuresFromTemplate(subject);
-    for (const Loss& loss : lossesOf(expectedOfPair(readingOf(image)))) {
+    for (const Loss& loss : lossesOf(expectedOfPair(readingOf(image), Wanted::Losses))) {
         findings.push_back({.severity = Severity::Loss, .rule = loss.rule, .message = loss.words});
     }
     return findings;

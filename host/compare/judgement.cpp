@@ -201,7 +201,7 @@ void addResampledWay(std::vector<Judgement>& ways, Way way, const Side& source, 
     if (!resampling) {
         return;
     }
-    const Prospect prospect = prospectOfResampled(file, *resampling);
+    const Prospect prospect = prospectOfResampled(file, *resampling, Wanted::All);
     Judgement judgement{.verdict = verdictOf(prospect.expected.front(), held, comparison.tolerance),
                         .way = way};
     judgement.verdict.keepOnly(comparison.parts);

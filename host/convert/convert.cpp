@@ -69,18 +69,25 @@ void planAll(const WorkList& work, Existing existing, Report& report) {
     }
 }
 
+/// Words take more time than all else that is known of a small file.
+std::optional<LossText> lossTextFor(const ReportOptions& report, const Recording& recording) {
+    if (report.isVerbose || report.isJson || recording.isAsked()) {
+        return LossText::Words;
+    }
+    return report.isQuiet ? std::nullopt : std::optional{LossText::RulesOnly};
+}
+
 void convertInWorkers(const WorkList& work, const ConvertOptions& options, Report& report,
                       Recording& recording) {
     const std::string& batch = recording.batchName();
-    Converter converter{
-        {.existing = options.existing,
-         .isCutAllowed = options.isCutAllowed,
-         .isVerified = options.isVerified,
-         .resampleMs = options.resampleMs,
-         .areLossesTold = !options.report.isQuiet || options.report.isJson || recording.isAsked(),
-         .isSynced = options.isSynced,
-         .isRecorded = recording.isAsked(),
-         .batch = batch}};
+    Converter converter{{.existing = options.existing,
+                         .isCutAllowed = options.isCutAllowed,
+                         .isVerified = options.isVerified,
+                         .resampleMs = options.resampleMs,
+                         .losses = lossTextFor(options.report, recording),
+                         .isSynced = options.isSynced,
+                         .isRecorded = recording.isAsked(),
+                         .batch = batch}};
     settleFolders(work.targetFolders());
     SettledOutcomes settled;
     runInWorkers(options.workerCount, work.size(),

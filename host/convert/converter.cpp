@@ -75,8 +75,15 @@ std::string refusedWords(const Plan& plan, const StagedResult& result) {
 }
 
 /// The library takes any type for floats.
-void requireFloats(const Plan& plan) {
-    if (const std::string problem = floatProblem(plan.source); !problem.empty()) {
+void requireFloats(const Plan& plan, const Prospect& prospect) {
+    AndiImage header;
+    const AndiImage* image = &header;
+    if (prospect.sources.empty()) {
+        loadHeader(header, plan.source);
+    } else {
+        image = prospect.sources.front().image;
+    }
+    if (const std::string problem = floatProblem(*image); !problem.empty()) {
         throw std::runtime_error{problem};
     }
 }
@@ -174,17 +181,17 @@ void Converter::convert(const Job& job, std::size_t number, const Decision& deci
     if (format.companionExtension != nullptr) {
         lookAtReport(plan, outcome);
     }
+    Prospect prospect;
+    if (options.isVerified || options.losses) {
+        prospect = source.prospect(options.isVerified ? Wanted::All : Wanted::Losses);
+    }
     if (format.isAndi) {
-        requireFloats(source.plan());
+        requireFloats(source.plan(), prospect);
         outcome.message += " and " + plan.targets.back().path.string();
     }
     if (!outcome.kept.empty()) {
         requireAsStaged(plan, outcome.kept, work->path());
         outcome.message = completedWords(decision.targets, outcome.kept);
-    }
-    Prospect prospect;
-    if (options.isVerified || options.areLossesTold) {
-        prospect = source.prospect();
     }
     if (options.isVerified) {
         const Verdict verdict = verdictOfStaged(plan, work->path(), prospect);
@@ -196,7 +203,9 @@ void Converter::convert(const Job& job, std::size_t number, const Decision& deci
     }
     Outcome whole = outcome;
     whole.resampling = source.resampling();
-    whole.losses = lossesOf(prospect);
+    if (options.losses) {
+        whole.losses = lossesOf(prospect, *options.losses);
+    }
     whole.status = JobStatus::Converted;
     if (options.isRecorded) {
         whole.record = witness.line(job, whole, options.batch);

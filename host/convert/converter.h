@@ -19,10 +19,10 @@ struct ConverterOptions {
     bool isVerified = false;   ///< holds what was written against its source
     /// To which interval samples that aren't equidistant are brought; 0 for the usual one.
     std::optional<std::int16_t> resampleMs{};
-    bool areLossesTold = true; ///< to anybody
-    bool isSynced = false;     ///< has the disk hold what was written
-    bool isRecorded = false;   ///< makes the lines of a manifest
-    std::string batch{};       ///< tells this batch's deliveries from any other's
+    std::optional<LossText> losses = LossText::Words; ///< none for nobody
+    bool isSynced = false;                            ///< has the disk hold what was written
+    bool isRecorded = false;                          ///< makes the lines of a manifest
+    std::string batch{}; ///< tells this batch's deliveries from any other's
 };
 
 class Converter {

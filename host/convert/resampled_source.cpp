@@ -31,9 +31,9 @@ std::string ResampledSource::withTruePath(std::string words) const {
     return place == std::string::npos ? words : words.replace(place, taken.source.size(), source);
 }
 
-Prospect ResampledSource::prospect() const {
-    return resampled ? prospectOfResampled(taken.source, *resampled)
-                     : prospectOf(source, taken.kind);
+Prospect ResampledSource::prospect(Wanted wanted) const {
+    return resampled ? prospectOfResampled(taken.source, *resampled, wanted)
+                     : prospectOf(source, taken.kind, wanted);
 }
 
 } // namespace korlit::host

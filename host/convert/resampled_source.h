@@ -29,7 +29,7 @@ class ResampledSource {
     const std::optional<ResampledFile>& resampling() const { return resampled; }
     /// The library's words with the path of the source.
     std::string withTruePath(std::string words) const;
-    Prospect prospect() const;
+    Prospect prospect(Wanted wanted) const;
 
   private:
     std::string source;

@@ -1,7 +1,5 @@
 #include "host/files/float_columns.h"
 
-#include "host/files/andi_image.h"
-
 #include <vector>
 
 namespace korlit::host {
@@ -11,13 +9,11 @@ std::string wrongTypeWords(const char* name, AndiType type, AndiType expected) {
            " instead of " + andiTypes[static_cast<std::size_t>(expected)].name;
 }
 
-std::string floatProblem(const std::string& andiFile) {
+std::string floatProblem(const AndiImage& image) {
     std::vector<const char*> names{taken::ordinateValues};
     for (const PeakSource& source : peakSources) {
         names.push_back(source.name);
     }
-    AndiImage image;
-    loadHeader(image, andiFile);
     for (const char* name : names) {
         const AndiVariable* variable = variableOf(image, name);
         if (variable != nullptr && variable->VSize > 0 && variable->Type != AndiType::Float) {

@@ -1,7 +1,7 @@
 // The variables of an ANDI file whose elements a conversion takes for floats, whatever their type.
 #pragma once
 
-#include "andi/andi_file.h"
+#include "host/files/andi_image.h"
 #include "native/pair_rules.h"
 
 #include <algorithm>
@@ -22,6 +22,6 @@ std::string wrongTypeWords(const char* name, AndiType type, AndiType expected);
 
 /// Why the numbers that a conversion makes of a file would be others than the file's; the empty
 /// text where all that it takes for floats are.
-std::string floatProblem(const std::string& andiFile);
+std::string floatProblem(const AndiImage& image);
 
 } // namespace korlit::host

@@ -17,15 +17,6 @@ std::string keyOf(std::string_view name) {
     return key;
 }
 
-/// An attribute of a variable is found by its own name.
-bool isOfKey(const Entry& entry, const std::string& key) {
-    const std::string& stored = entry.key.name;
-    const std::size_t colon = stored.find(':');
-    void* unused = nullptr;
-    return MatchAndiName(key.c_str(), stored.c_str() + (colon == std::string::npos ? 0 : colon + 1),
-                         AndiType::None, 0, nullptr, static_cast<void*>(&unused), pointerMode) == 1;
-}
-
 std::string textOf(double number) {
     using Limits = std::numeric_limits<std::int32_t>;
     const bool isWhole =
@@ -40,29 +31,38 @@ std::string textOf(double number) {
 AndiLookup::AndiLookup(const Reading& andi) : entries{andi.entries} {
     for (const Entry& entry : entries) {
         if (entry.key.peak <= 1 && entry.key.part != parts::records) {
-            heads.push_back(&entry);
+            const std::size_t colon = entry.key.name.find(':');
+            heads.push_back({.entry = &entry,
+                             .name = entry.key.name.data() +
+                                     (colon == std::string_view::npos ? 0 : colon + 1)});
         }
     }
+}
+
+bool AndiLookup::Head::isOf(const std::string& key) const {
+    void* unused = nullptr;
+    return MatchAndiName(key.c_str(), name, AndiType::None, 0, nullptr, static_cast<void*>(&unused),
+                         pointerMode) == 1;
 }
 
 const Entry* AndiLookup::find(std::string_view name) const {
     const std::string key = keyOf(name);
     const auto found =
-        std::ranges::find_if(heads, [&](const Entry* head) { return isOfKey(*head, key); });
-    return found == heads.end() ? nullptr : *found;
+        std::ranges::find_if(heads, [&](const Head& head) { return head.isOf(key); });
+    return found == heads.end() ? nullptr : found->entry;
 }
 
 std::span<const Entry> AndiLookup::column(std::string_view name) const {
     const std::string key = keyOf(name);
-    const auto found = std::ranges::find_if(heads, [&](const Entry* head) {
-        return head->key.part == parts::peaks && isOfKey(*head, key);
+    const auto found = std::ranges::find_if(heads, [&](const Head& head) {
+        return head.entry->key.part == parts::peaks && head.isOf(key);
     });
     if (found == heads.end()) {
         return {};
     }
-    const auto rest = entries.subspan(static_cast<std::size_t>(*found - entries.data()));
+    const auto rest = entries.subspan(static_cast<std::size_t>(found->entry - entries.data()));
     const auto end = std::ranges::find_if(rest, [&](const Entry& entry) {
-        return entry.key.part != parts::peaks || entry.key.name != (*found)->key.name;
+        return entry.key.part != parts::peaks || entry.key.name != found->entry->key.name;
     });
     return rest.first(static_cast<std::size_t>(end - rest.begin()));
 }

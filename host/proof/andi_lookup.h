@@ -21,8 +21,16 @@ class AndiLookup {
     std::span<const Entry> column(std::string_view name) const;
 
   private:
+    /// The first value of each name, and that name: an attribute of a variable is found by its own.
+    struct Head {
+        const Entry* entry;
+        const char* name;
+
+        bool isOf(const std::string& key) const;
+    };
+
     std::span<const Entry> entries;
-    std::vector<const Entry*> heads; ///< the first of each name
+    std::vector<Head> heads;
 };
 
 /// A value as the text that a conversion makes of it, numbers with six digits; nothing of null.

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <numeric>
 
 namespace korlit::host {
 
@@ -27,10 +28,6 @@ constexpr std::array<Origin, 4> scalarOrigins{{
 }};
 
 constexpr std::array<const char*, 2> positionFields{"AutosamplerRack", "AutosamplerVial"};
-
-std::size_t peakOf(const Entry* entry) {
-    return entry->key.peak;
-}
 
 /// What comes from fields that the source has; answers whether anything does.
 bool putFrom(AndiMaking& making, std::span<const Origin> origins, const ValueKey& to,
@@ -123,17 +120,17 @@ void expectSignal(AndiMaking& making) {
     expected.signalFactor = making.source.signalFactor;
     const std::string factor = wordsOf(expected.signalFactor);
     if (expected.signalFactor != 1) {
-        expected.signalRule = &changes::factorInValues;
-        expected.signalWords = "samples are multiplied by " + factor;
+        expected.signalChange.rule = &changes::factorInValues;
+        expected.signalChange.words = "samples are multiplied by " + factor;
     }
     making.leave("ScaleFactor", 0, changes::factorInValues,
                  "the factor " + factor + " is in the samples");
-    const std::string signal = "ordinate_values";
     if (expected.signal.empty()) {
         // A dimension of no length is that of the records.
-        making.values.set({.part = parts::records, .name = signal}, "", changes::setByTemplate);
+        making.values.set({.part = parts::records, .name = "ordinate_values"}, "",
+                          changes::setByTemplate);
     }
-    making.values.set({.part = parts::texts, .name = signal + ":uniform_sampling_flag"}, "Y",
+    making.values.set({.part = parts::texts, .name = "ordinate_values:uniform_sampling_flag"}, "Y",
                       changes::setByTemplate);
     const auto number = [&](const char* name) {
         return static_cast<std::int16_t>(making.number(name));
@@ -142,23 +139,25 @@ void expectSignal(AndiMaking& making) {
         positionText({.rack = number(positionFields[0]), .vial = number(positionFields[1])});
     for (const char* field : positionFields) {
         making.values.put(making.find(field),
-                          {.part = parts::texts, .name = signal + ":autosampler_position"},
+                          {.part = parts::texts, .name = "ordinate_values:autosampler_position"},
                           position.data(), changes::positionJoined);
     }
 }
 
 } // namespace
 
-AndiMaking::AndiMaking(const Reading& sourceReading)
-    : source{sourceReading}, values{sourceReading.entries} {
+AndiMaking::AndiMaking(const Reading& sourceReading, Wanted wanted)
+    : source{sourceReading}, values{sourceReading.entries, wanted} {
     for (const Entry& entry : source.entries) {
-        byPeak.push_back(&entry);
+        starts.resize(std::max(starts.size(), entry.key.peak + 2));
+        ++starts[entry.key.peak + 1];
     }
-    std::ranges::stable_sort(byPeak, {}, peakOf);
-    for (std::size_t i = 0; i < byPeak.size(); ++i) {
-        starts.resize(std::max(starts.size(), peakOf(byPeak[i]) + 1), i);
+    std::partial_sum(starts.begin(), starts.end(), starts.begin());
+    std::vector<std::size_t> next = starts;
+    byPeak.resize(source.entries.size());
+    for (const Entry& entry : source.entries) {
+        byPeak[next[entry.key.peak]++] = &entry;
     }
-    starts.push_back(byPeak.size());
     values.expected.kind = FileKind::Andi;
 }
 
@@ -197,9 +196,7 @@ void AndiMaking::leave(std::string_view name, std::size_t peak, const ChangeRule
 void AndiMaking::leaveRest() {
     for (const Entry& entry : source.entries) {
         if (!values.isTaken(entry)) {
-            values.leave(entry, changes::noPlaceInAndi,
-                         "an ANDI file has no place for " + nameOf(entry.key) + ", which is " +
-                             wordsOf(entry.value));
+            values.leave(entry, changes::noPlaceInAndi, "");
         }
     }
 }

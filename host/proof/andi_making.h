@@ -16,7 +16,7 @@ namespace korlit::host {
 /// The source, what is said of its values, and how they are found.
 class AndiMaking {
   public:
-    explicit AndiMaking(const Reading& source);
+    AndiMaking(const Reading& source, Wanted wanted);
 
     const Reading& source;
     ExpectedValues values;

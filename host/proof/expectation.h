@@ -5,7 +5,7 @@
 
 #include "host/proof/reading.h"
 
-#include <memory>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -46,18 +46,23 @@ std::string changeWords(const Expectation& expectation);
 struct Expectations {
     FileKind kind = FileKind::Unknown; ///< of the output
     std::vector<Expectation> values;
-    NumberView signal;                  ///< the source's samples that are kept
-    std::shared_ptr<const void> memory; ///< what they lie in
-    double signalFactor = 1; ///< by which each is multiplied, in double precision, rounded once
-    const ChangeRule* signalRule = nullptr;
-    std::string signalWords{};
+    NumberView signal;          ///< the source's samples that are kept
+    Memory memory;              ///< what they and names lie in
+    double signalFactor = 1;    ///< by which each is multiplied, in double precision, rounded once
+    Expectation signalChange{}; ///< what happens to all samples: the rule, if any, and the words
 };
 
+/// Whether all values are asked for or, in a tenth of the time, those alone of which something is
+/// lost: the rest is left out of the list then.
+enum class Wanted : std::uint8_t { All, Losses };
+
 /// What becomes of an ANDI file in a pair.
-Expectations expectedOfPair(const Reading& andi);
+Expectations expectedOfPair(const Reading& andi, Wanted wanted = Wanted::All);
 /// What becomes of a pair in an ANDI file. `sliceFile` is its path as the conversion was given it.
-Expectations expectedOfAndi(const Reading& pair, const std::string& sliceFile);
+Expectations expectedOfAndi(const Reading& pair, const std::string& sliceFile,
+                            Wanted wanted = Wanted::All);
 /// What becomes of a channel of a run in its ANDI file.
-Expectations expectedOfChannel(const Reading& channel, const std::string& runFile);
+Expectations expectedOfChannel(const Reading& channel, const std::string& runFile,
+                               Wanted wanted = Wanted::All);
 
 } // namespace korlit::host

@@ -103,8 +103,8 @@ void leaveTheImplied(AndiMaking& making) {
 
 } // namespace
 
-Expectations expectedOfAndi(const Reading& pair, const std::string& sliceFile) {
-    AndiMaking making{pair};
+Expectations expectedOfAndi(const Reading& pair, const std::string& sliceFile, Wanted wanted) {
+    AndiMaking making{pair, wanted};
     StampFields date{};
     readDateTexts(date, making.text("DateText"), making.text("TimeText"));
     const std::string separation =

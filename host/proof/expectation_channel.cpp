@@ -18,7 +18,6 @@ namespace {
 /// A channel's records, put together again from what was read of them.
 struct ChannelRecords {
     std::vector<Results> results;
-    std::vector<Peaks> events;
     std::vector<PeakWin> windows; ///< of the table that the channel has chosen
     const char* windowPart;
     std::int16_t sampleIntervalMs;
@@ -67,7 +66,6 @@ std::vector<PeakWin> windowsOf(const AndiMaking& making, const char* part) {
 ChannelRecords recordsOf(const AndiMaking& making) {
     const char* part = making.number("PeakWinSelect") == 0 ? parts::windows : parts::windows2;
     return {.results = resultsOf(making),
-            .events = eventsOf(making),
             .windows = windowsOf(making, part),
             .windowPart = part,
             .sampleIntervalMs = static_cast<std::int16_t>(making.number("SampleIntervalMs"))};
@@ -127,7 +125,7 @@ void expectCodes(AndiMaking& making, const ChannelRecords& records) {
     const std::size_t size = records.results.size() * detectionCodeSize;
     std::string starts(size, '\0');
     std::string stops(size, '\0');
-    WalkPeakEvents(records.events, records.results, records.sampleIntervalMs, starts.data(),
+    WalkPeakEvents(eventsOf(making), records.results, records.sampleIntervalMs, starts.data(),
                    stops.data());
     for (const auto& [name, codes] : {std::pair{"peak_start_detection_code", &starts},
                                       std::pair{"peak_stop_detection_code", &stops}}) {
@@ -148,9 +146,13 @@ void expectPeaks(AndiMaking& making) {
     }
     for (const BaselineColumns& column : baselineColumns) {
         expectColumn(making, column.timeColumn, count);
-        expectBaselineValues(making, records, column);
+        if (making.values.isWanted(&changes::baselineOfSamples)) {
+            expectBaselineValues(making, records, column);
+        }
     }
-    expectCodes(making, records);
+    if (making.values.isWanted(&changes::codeOfEvents)) {
+        expectCodes(making, records);
+    }
 }
 
 void leaveLayout(AndiMaking& making) {
@@ -169,8 +171,8 @@ std::string keptText(const AndiMaking& making, std::span<const RecordField> fiel
 
 } // namespace
 
-Expectations expectedOfChannel(const Reading& channel, const std::string& runFile) {
-    AndiMaking making{channel};
+Expectations expectedOfChannel(const Reading& channel, const std::string& runFile, Wanted wanted) {
+    AndiMaking making{channel, wanted};
     SerialStamp start{.Serial = making.number("StartSerial"), .Fields = {}};
     DecodeSerialDate(&start);
     expectTemplate(

@@ -33,8 +33,8 @@ void set(PairMaking& making, std::size_t offset, Value target) {
 void addTexts(PairMaking& making) {
     for (const HeaderText& each : headerTexts) {
         const Entry* source = making.lookup.find(each.name);
-        const CutText cut =
-            cutTo(each.room(), textOf(source).value_or(""), each.name, changes::textCut);
+        const CutText cut = cutTo(each.room(), textOf(source).value_or(""),
+                                  {.part = parts::texts, .name = each.name}, changes::textCut);
         put(making, source, each.fieldOffset, cut.text, *cut.rule, cut.words);
     }
 }
@@ -43,7 +43,7 @@ void addTexts(PairMaking& making) {
 void noteStamp(PairMaking& making, const Entry& source, const std::string& stamp) {
     StampFields fields{};
     ParseAndiStamp(&fields, stamp.c_str());
-    const std::string words = " of " + source.key.name + ' ' + stamp + " ";
+    const std::string words = " of " + nameOf(source.key) + ' ' + stamp + " ";
     if (fields.Second != 0) {
         making.values.leave(source, changes::secondsLeftOut,
                             "the seconds" + words + "are left out");
@@ -60,8 +60,8 @@ void addStamp(PairMaking& making) {
         const Entry* source = making.lookup.find(name);
         if (chosen != nullptr && source != nullptr) {
             making.values.leave(*source, changes::stampChosen,
-                                source->key.name + ' ' + textOf(source).value_or("") +
-                                    " gives way to " + chosen->key.name);
+                                nameOf(source->key) + ' ' + textOf(source).value_or("") +
+                                    " gives way to " + nameOf(chosen->key));
         }
         chosen = chosen == nullptr ? source : chosen;
     }
@@ -150,9 +150,10 @@ void addSamples(PairMaking& making) {
     put(making, source, offsetof(SliHeader, PointCount), static_cast<double>(count),
         changes::countOfSamples);
     if (count < samples.size()) {
-        expected.signalRule = &changes::samplesCut;
-        expected.signalWords = std::to_string(samples.size()) +
-                               " samples are cut to point_number " + std::to_string(declared);
+        expected.signalChange.rule = &changes::samplesCut;
+        expected.signalChange.words = std::to_string(samples.size()) +
+                                      " samples are cut to point_number " +
+                                      std::to_string(declared);
     }
     const auto [smallest, largest] = rangeOf(expected.signal);
     addLimit(making, "detector_maximum_value", offsetof(SliHeader, MaxValue), largest, 1,
@@ -214,7 +215,7 @@ void addBookkeeping(PairMaking& making, std::int64_t peakCount) {
 bool isImplied(const Entry& entry) {
     const bool isEmpty = entry.value == Value{std::string{}};
     const bool isNoDelay =
-        entry.value == Value{0.0} && isNamed(entry.key.name.c_str(), "actual_delay_time");
+        entry.value == Value{0.0} && isNamed(entry.key.name.data(), "actual_delay_time");
     return isEmpty || isNoDelay || entry.key.part == parts::dimensions;
 }
 
@@ -225,19 +226,18 @@ void addRest(PairMaking& making) {
             continue;
         }
         if (isImplied(entry)) {
-            making.values.leave(entry, changes::impliedByPair,
-                                nameOf(entry.key) + " needs no place");
+            making.values.leave(entry, changes::impliedByPair, "");
         } else {
             making.values.leave(entry, changes::noPlace,
-                                "a pair has no place for " + entry.key.name);
+                                "a pair has no place for " + std::string{entry.key.name});
         }
     }
 }
 
 } // namespace
 
-Expectations expectedOfPair(const Reading& andi) {
-    PairMaking making{.andi = andi};
+Expectations expectedOfPair(const Reading& andi, Wanted wanted) {
+    PairMaking making{.andi = andi, .wanted = wanted};
     making.values.expected.kind = FileKind::Merivolta;
     addTexts(making);
     addStamp(making);

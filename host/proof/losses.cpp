@@ -1,90 +1,123 @@
 #include "host/proof/losses.h"
 
 #include <algorithm>
+#include <iterator>
+#include <ranges>
 #include <set>
+#include <string_view>
+#include <utility>
 
 namespace korlit::host {
 
 namespace {
 
-struct Group {
-    const ChangeRule* rule;
-    std::string_view column; ///< of peaks; empty for what there is one of
-    std::string words;
+/// A loss, and how many more values of its column go the same way.
+struct Line {
+    const Expectation* first;
     std::size_t moreCount = 0;
+
+    std::string words() const {
+        return changeWords(*first) +
+               (moreCount > 0 ? ", and " + std::to_string(moreCount) + " more" : "");
+    }
 };
 
 bool isLoss(const ChangeRule* rule) {
     return rule != nullptr && rule->isLoss;
 }
 
-/// What all channels lose stands once, with the first.
-std::vector<Loss> lossesOfAll(const std::vector<std::vector<Loss>>& channels) {
-    std::vector<Loss> losses;
-    for (std::size_t channel = 0; channel < channels.size(); ++channel) {
-        for (const Loss& loss : channels[channel]) {
-            const bool isOfAll = std::ranges::all_of(channels, [&](const auto& each) {
-                return std::ranges::find(each, loss) != each.end();
-            });
-            if (!isOfAll) {
-                losses.push_back(
-                    {.rule = loss.rule,
-                     .words = "channel " + std::to_string(channel + 1) + ": " + loss.words});
-            } else if (channel == 0) {
-                losses.push_back(loss);
-            }
-        }
-    }
-    return losses;
+/// Whether the words of two are the same.
+bool sayTheSame(const Expectation& a, const Expectation& b) {
+    return a.rule == b.rule && a.words == b.words &&
+           (!a.words.empty() ||
+            (a.from == b.from && areSame(a.source, b.source) && areSame(a.target, b.target)));
 }
 
 /// The column whose peaks share a line.
 std::string_view columnOf(const Expectation& expectation) {
     const auto& key = expectation.from ? expectation.from : expectation.to;
-    return key && key->peak > 0 ? std::string_view{key->name} : std::string_view{};
+    return key && key->peak > 0 ? key->name : std::string_view{};
+}
+
+bool shareLine(const Expectation& a, const Expectation& b) {
+    return a.rule == b.rule && columnOf(a) == columnOf(b);
+}
+
+std::vector<Line> linesOf(const Expectations& expected) {
+    std::vector<Line> lines;
+    std::set<std::pair<const ChangeRule*, std::string_view>> told;
+    for (const Expectation& each : expected.values) {
+        // Many values may have the same words, if they are its own.
+        if (!isLoss(each.rule) ||
+            (!each.words.empty() && !told.insert({each.rule, each.words}).second)) {
+            continue;
+        }
+        const bool isOfColumn = !columnOf(each).empty();
+        const auto same = std::ranges::find_if(lines, [&](const Line& line) {
+            return isOfColumn ? shareLine(*line.first, each) : sayTheSame(*line.first, each);
+        });
+        if (same == lines.end()) {
+            lines.push_back({.first = &each});
+        } else if (isOfColumn) {
+            ++same->moreCount;
+        }
+    }
+    if (isLoss(expected.signalChange.rule)) {
+        lines.push_back({.first = &expected.signalChange});
+    }
+    return lines;
+}
+
+bool isAmong(const std::vector<Line>& lines, const Line& wanted) {
+    return std::ranges::any_of(lines, [&](const Line& line) {
+        return line.moreCount == wanted.moreCount && sayTheSame(*line.first, *wanted.first);
+    });
+}
+
+/// The lines of the first channel that all have.
+std::vector<Line> sharedOf(const std::vector<std::vector<Line>>& channels) {
+    std::vector<Line> shared = channels.front();
+    std::erase_if(shared, [&](const Line& line) {
+        return !std::ranges::all_of(channels | std::views::drop(1),
+                                    [&](const auto& lines) { return isAmong(lines, line); });
+    });
+    return shared;
+}
+
+Loss lossOf(const Line& line, const std::string& prefix, LossText text) {
+    return {.rule = line.first->rule->id,
+            .words = text == LossText::Words ? prefix + line.words() : ""};
 }
 
 } // namespace
 
-std::vector<Loss> lossesOf(const Expectations& expected) {
-    std::vector<Group> groups;
-    std::set<std::pair<const ChangeRule*, std::string>> told;
-    const auto add = [&](const ChangeRule* rule, std::string_view column, std::string words) {
-        if (!told.emplace(rule, words).second) {
-            return;
-        }
-        const auto same = std::ranges::find_if(groups, [&](const Group& group) {
-            return group.rule == rule && !column.empty() && group.column == column;
-        });
-        if (same != groups.end()) {
-            ++same->moreCount;
-        } else {
-            groups.push_back({.rule = rule, .column = column, .words = std::move(words)});
-        }
-    };
-    for (const Expectation& each : expected.values) {
-        if (isLoss(each.rule)) {
-            add(each.rule, columnOf(each), changeWords(each));
-        }
-    }
-    if (isLoss(expected.signalRule)) {
-        add(expected.signalRule, "", expected.signalWords);
-    }
+std::vector<Loss> lossesOf(const Expectations& expected, LossText text) {
     std::vector<Loss> losses;
-    for (const Group& group : groups) {
-        const std::string more =
-            group.moreCount > 0 ? ", and " + std::to_string(group.moreCount) + " more" : "";
-        losses.push_back({.rule = group.rule->id, .words = group.words + more});
+    for (const Line& line : linesOf(expected)) {
+        losses.push_back(lossOf(line, "", text));
     }
     return losses;
 }
 
-std::vector<Loss> lossesOf(const Prospect& prospect) {
-    std::vector<std::vector<Loss>> channels;
-    for (const Expectations& expected : prospect.expected) {
-        channels.push_back(lossesOf(expected));
+std::vector<Loss> lossesOf(const Prospect& prospect, LossText text) {
+    if (prospect.expected.empty()) {
+        return {};
     }
-    return lossesOfAll(channels);
+    std::vector<std::vector<Line>> channels;
+    std::ranges::transform(prospect.expected, std::back_inserter(channels), linesOf);
+    const std::vector<Line> shared = sharedOf(channels);
+    std::vector<Loss> losses;
+    for (std::size_t channel = 0; channel < channels.size(); ++channel) {
+        for (const Line& line : channels[channel]) {
+            if (!isAmong(shared, line)) {
+                losses.push_back(
+                    lossOf(line, "channel " + std::to_string(channel + 1) + ": ", text));
+            } else if (channel == 0) {
+                losses.push_back(lossOf(line, "", text));
+            }
+        }
+    }
+    return losses;
 }
 
 } // namespace korlit::host

@@ -4,7 +4,7 @@
 
 namespace korlit::host {
 
-CutText cutTo(std::size_t room, const std::string& text, const std::string& subject,
+CutText cutTo(std::size_t room, const std::string& text, const ValueKey& subject,
               const ChangeRule& rule) {
     if (text.size() <= room) {
         return {.text = text, .rule = &changes::numberAsText, .words = ""};
@@ -13,7 +13,7 @@ CutText cutTo(std::size_t room, const std::string& text, const std::string& subj
     const bool isSplit = whole.size() < room;
     return {.text = text.substr(0, room),
             .rule = isSplit ? &changes::characterCut : &rule,
-            .words = subject + " is cut to " + std::to_string(room) + " bytes" +
+            .words = nameOf(subject) + " is cut to " + std::to_string(room) + " bytes" +
                      (isSplit ? ", in the middle of a character: \"" : ": \"") +
                      std::string{whole} + '"'};
 }

@@ -14,8 +14,9 @@ namespace korlit::host {
 /// The file, what is said of its values, and how conversions find them.
 struct PairMaking {
     const Reading& andi;
+    Wanted wanted;
     AndiLookup lookup{andi};
-    ExpectedValues values{andi.entries};
+    ExpectedValues values{andi.entries, wanted};
 };
 
 /// A text in so many bytes, with the rule and the words if that cuts it.
@@ -24,7 +25,7 @@ struct CutText {
     const ChangeRule* rule;
     std::string words;
 };
-CutText cutTo(std::size_t room, const std::string& text, const std::string& subject,
+CutText cutTo(std::size_t room, const std::string& text, const ValueKey& subject,
               const ChangeRule& rule);
 
 /// Has said of the peak table, and of its counts, what becomes of them. `minutesPerUnit` turns the

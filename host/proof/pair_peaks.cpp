@@ -16,12 +16,13 @@ void addPeakField(PairMaking& making, const RecordField& field, std::span<const 
     const Entry* source = peak <= column.size() ? &column[peak - 1] : nullptr;
     const auto* number = source == nullptr ? nullptr : std::get_if<double>(&source->value);
     const float value = number == nullptr ? 0.0F : static_cast<float>(*number);
-    making.values.put(source, key, double{factor == 1.0F ? value : value * factor},
-                      changes::timeInMinutes);
+    const double target = factor == 1.0F ? value : value * factor;
     if (field.offset == offsetof(PeakRecord, PeakArea) && source != nullptr) {
-        making.values.remark(changes::areaBySixtyOnReturn,
-                             "peak_area keeps its numbers, and each way back to ANDI divides them "
-                             "by 60");
+        making.values.note(source, key, target, changes::areaBySixtyOnReturn,
+                           "peak_area keeps its numbers, and each way back to ANDI divides them "
+                           "by 60");
+    } else {
+        making.values.put(source, key, target, changes::timeInMinutes);
     }
 }
 
@@ -30,10 +31,9 @@ void addPeakNames(PairMaking& making, std::int64_t count) {
     const auto names = making.lookup.column(taken::peakName);
     for (std::size_t peak = 1; peak <= static_cast<std::size_t>(count); ++peak) {
         const Entry* source = peak <= names.size() ? &names[peak - 1] : nullptr;
-        const CutText cut =
-            cutTo(maxPeakNameLength, textOf(source).value_or(""),
-                  nameOf({.part = parts::peaks, .name = taken::peakName, .peak = peak}),
-                  changes::peakNameCut);
+        const CutText cut = cutTo(maxPeakNameLength, textOf(source).value_or(""),
+                                  {.part = parts::peaks, .name = taken::peakName, .peak = peak},
+                                  changes::peakNameCut);
         making.values.put(source, keyOf(field, peak), cut.text, *cut.rule, cut.words);
     }
 }
@@ -45,9 +45,9 @@ void addPeakTable(PairMaking& making, std::int64_t count, float minutesPerUnit) 
     }
     for (const auto& [name, fieldOffset, isTime] : peakSources) {
         const auto column = making.lookup.column(name);
+        const RecordField& field = fieldAt(peakFields, fieldOffset);
         for (std::size_t peak = 1; peak <= static_cast<std::size_t>(count); ++peak) {
-            addPeakField(making, fieldAt(peakFields, fieldOffset), column,
-                         isTime ? minutesPerUnit : 1.0F, peak);
+            addPeakField(making, field, column, isTime ? minutesPerUnit : 1.0F, peak);
         }
     }
     addPeakNames(making, count);

@@ -16,9 +16,10 @@ struct Prospect {
 
 /// What becomes of a source, whose path is that by which it is converted. Throws a runtime_error
 /// where it can't be read.
-Prospect prospectOf(const std::string& source, FileKind kind);
+Prospect prospectOf(const std::string& source, FileKind kind, Wanted wanted);
 
 /// What becomes of an ANDI file by way of the one that it was resampled to.
-Prospect prospectOfResampled(const std::string& resampledFile, const ResampledFile& resampling);
+Prospect prospectOfResampled(const std::string& resampledFile, const ResampledFile& resampling,
+                             Wanted wanted);
 
 } // namespace korlit::host

@@ -13,12 +13,12 @@ bool areSame(const Value& a, const Value& b) {
                : a == b;
 }
 
-std::vector<Reading> readingsOf(const std::string& file, FileKind kind) {
+std::vector<Reading> readingsOf(const std::string& file, FileKind kind, Layout layout) {
     if (kind == FileKind::Dunvale) {
         return readRun(file);
     }
     std::vector<Reading> one;
-    one.push_back(kind == FileKind::Merivolta ? readPair(file) : readAndi(file));
+    one.push_back(kind == FileKind::Merivolta ? readPair(file) : readAndi(file, layout));
     return one;
 }
 

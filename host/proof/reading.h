@@ -8,6 +8,7 @@
 
 #include <compare>
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -38,14 +39,17 @@ constexpr const char* windows2 = "windows2";     ///< the second
 /// The name of what stands in a pair where nothing has a meaning.
 constexpr const char* reservedBytes = "reserved bytes";
 
-/// Names one value of a data set.
+/// Names one value of a data set. What isn't in a table of names lies in the memory of its reading.
 struct ValueKey {
     std::string_view part; ///< one of `parts`
-    std::string name;     ///< as its format names it: an attribute, a variable, a field of a record
-    std::size_t peak = 0; ///< or window, from 1; 0 for what there is one of
+    std::string_view name; ///< as its format names it, with a NUL behind it
+    std::size_t peak = 0;  ///< or window, from 1; 0 for what there is one of
 
     auto operator<=>(const ValueKey&) const = default;
 };
+
+/// What views of it lie in, for as long as any of these is there.
+using Memory = std::vector<std::shared_ptr<const void>>;
 
 struct Entry {
     ValueKey key;
@@ -55,20 +59,24 @@ struct Entry {
 /// All of one data set: of a run, one channel.
 struct Reading {
     FileKind kind = FileKind::Unknown;
-    int channel = 0;            ///< of a run, from 1; 0 where a file holds one signal
-    std::vector<Entry> entries; ///< in the order of the file, each key once
-    NumberView signal;          ///< the samples as they are stored
-    double signalFactor = 1;    ///< a stored sample times this is one in the detector's unit
-    std::shared_ptr<const void> memory; ///< what `signal` lies in
+    int channel = 0;                  ///< of a run, from 1; 0 where a file holds one signal
+    std::vector<Entry> entries;       ///< in the order of the file, each key once
+    NumberView signal;                ///< the samples as they are stored
+    double signalFactor = 1;          ///< a stored sample times this is one in the detector's unit
+    Memory memory;                    ///< what names and samples lie in
+    const AndiImage* image = nullptr; ///< of an ANDI file: as it was loaded
     /// Of an ANDI file: what a reader of netCDF may stumble over, though conversions read it.
     std::string layoutProblem{};
 };
+
+/// Whether the layout of an ANDI file is looked at: that of an output must be held to it.
+enum class Layout : std::uint8_t { LookedAt, Ignored };
 
 /// Reads an ANDI file: each global attribute; each variable, a column of the peak table as a value
 /// a peak, with its attributes as "variable:attribute" behind it; each dimension's length. That is
 /// the order in which a conversion looks for a name. Throws a runtime_error with the words for the
 /// user where it can't be read; so do the other two.
-Reading readAndi(const std::string& file);
+Reading readAndi(const std::string& file, Layout layout = Layout::LookedAt);
 /// The same of a file in memory, which must outlive the reading.
 Reading readingOf(const AndiImage& image);
 
@@ -87,6 +95,7 @@ std::vector<Reading> readRun(const std::string& file);
 
 /// Reads a file of any kind: one data set, of a run one for each channel. What isn't recognised is
 /// taken for ANDI, which has words for it.
-std::vector<Reading> readingsOf(const std::string& file, FileKind kind);
+std::vector<Reading> readingsOf(const std::string& file, FileKind kind,
+                                Layout layout = Layout::LookedAt);
 
 } // namespace korlit::host

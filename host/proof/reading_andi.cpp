@@ -79,10 +79,17 @@ void readPeakColumn(Reading& reading, const AndiImage& image, const AndiVariable
     }
 }
 
-void readAttributes(Reading& reading, const AndiAttributeList& list, const std::string& owner) {
-    for (const AndiAttribute& attribute : attributesOf(list)) {
-        reading.entries.push_back({.key = {.part = parts::texts, .name = owner + attribute.Name},
-                                   .value = valueOf(attribute)});
+void readAttribute(Reading& reading, std::string_view name, const AndiAttribute& attribute) {
+    reading.entries.push_back(
+        {.key = {.part = parts::texts, .name = name}, .value = valueOf(attribute)});
+}
+
+void readAttributes(Reading& reading, const AndiVariable& variable) {
+    for (const AndiAttribute& attribute : attributesOf(variable.Attributes)) {
+        const auto name =
+            std::make_shared<const std::string>(std::string{variable.Name} + ':' + attribute.Name);
+        reading.memory.push_back(name);
+        readAttribute(reading, *name, attribute);
     }
 }
 
@@ -98,12 +105,12 @@ void readVariable(Reading& reading, const AndiImage& image, const AndiVariable& 
         reading.entries.push_back({.key = {.part = parts::signal, .name = variable.Name},
                                    .value = valueOf(image, variable)});
     }
-    readAttributes(reading, variable.Attributes, std::string{variable.Name} + ':');
+    readAttributes(reading, variable);
 }
 
 } // namespace
 
-Reading readAndi(const std::string& file) {
+Reading readAndi(const std::string& file, Layout layout) {
     const auto image = std::make_shared<AndiImage>();
     if (const std::string reason = load(*image, file); !reason.empty()) {
         throw std::runtime_error{withDiagnosis(reason, file, FileKind::Andi)};
@@ -113,17 +120,22 @@ Reading readAndi(const std::string& file) {
         throw std::runtime_error{"File " + file + " is " + noChromatogramText};
     }
     Reading reading = readingOf(*image);
-    reading.memory = image;
-    std::ifstream bytes{file, std::ios::binary};
-    reading.layoutProblem =
-        layoutProblem(bytes, static_cast<std::int64_t>(std::filesystem::file_size(file)));
+    reading.memory.push_back(image);
+    if (layout == Layout::LookedAt) {
+        std::ifstream bytes{file, std::ios::binary};
+        reading.layoutProblem =
+            layoutProblem(bytes, static_cast<std::int64_t>(std::filesystem::file_size(file)));
+    }
     return reading;
 }
 
 Reading readingOf(const AndiImage& image) {
     Reading reading;
     reading.kind = FileKind::Andi;
-    readAttributes(reading, image.file.GlobalAttributes, "");
+    reading.image = &image;
+    for (const AndiAttribute& attribute : attributesOf(image.file.GlobalAttributes)) {
+        readAttribute(reading, attribute.Name, attribute);
+    }
     for (const AndiVariable& variable : variablesOf(image)) {
         readVariable(reading, image, variable);
     }

@@ -256,7 +256,7 @@ Reading readPair(const std::string& sliceFile) {
     report.loadAll();
     Reading reading;
     reading.kind = FileKind::Merivolta;
-    reading.memory = slice;
+    reading.memory = {slice};
     readSlice(reading, *slice);
     readReport(reading, report);
     addReservedBytes(reading, *slice, report);

@@ -4,6 +4,7 @@
 #include "host/proof/run_fields.h"
 
 #include <algorithm>
+#include <array>
 #include <span>
 #include <stdexcept>
 #include <utility>
@@ -80,16 +81,20 @@ void readWindows(Reading& reading, std::span<const PeakWin> windows, const char*
     }
 }
 
+constexpr std::array<const char*, timeTableTextEnds.size()> timeTableTexts{
+    "TimeTable text 1", "TimeTable text 2",  "TimeTable text 3",  "TimeTable text 4",
+    "TimeTable text 5", "TimeTable text 6",  "TimeTable text 7",  "TimeTable text 8",
+    "TimeTable text 9", "TimeTable text 10", "TimeTable text 11", "TimeTable text 12",
+    "TimeTable text 13"};
+
 void readTables(Reading& reading, const DunvaleRun& run) {
     const TimeTable& table = *run.lpTimeTable;
     std::size_t start = 0;
-    int number = 0;
-    for (const std::size_t end : timeTableTextEnds) {
+    for (std::size_t i = 0; i < timeTableTexts.size(); ++i) {
         const std::string text{table.Texts + start};
-        ++number;
-        start = end + 1;
+        start = timeTableTextEnds[i] + 1;
         if (!text.empty()) {
-            add(reading, ("TimeTable text " + std::to_string(number)).c_str(), text);
+            add(reading, timeTableTexts[i], text);
         }
     }
     const std::int64_t notes =
@@ -110,7 +115,7 @@ Reading readChannel(const std::shared_ptr<const DunvaleRun>& run, std::size_t ch
     Reading reading;
     reading.kind = FileKind::Dunvale;
     reading.channel = static_cast<int>(channel) + 1;
-    reading.memory = run;
+    reading.memory = {run};
     reading.signal = {AndiType::Float, run->plpfData[channel],
                       static_cast<std::size_t>(head.PointCount)};
     reading.signalFactor = head.ScaleFactor;

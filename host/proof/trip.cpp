@@ -29,6 +29,11 @@ Expectation composed(const Expectation& first, const Expectation& second) {
     return both;
 }
 
+Expectation composedSignal(const Expectation& first, const Expectation& second) {
+    return {.rule = first.rule == nullptr ? second.rule : first.rule,
+            .words = joined({first.words, second.words}, "; then ")};
+}
+
 using ByKey = std::map<ValueKey, const Expectation*>;
 
 /// The values that aren't there in between: left out by the first step or made by the second.
@@ -67,6 +72,11 @@ void dropPassing(Expectations& both) {
     });
 }
 
+Memory joined(Memory first, const Memory& second) {
+    first.insert(first.end(), second.begin(), second.end());
+    return first;
+}
+
 /// The samples as the output has them.
 void setSignal(Reading& reading, const Expectations& expectations) {
     reading.signal = expectations.signal;
@@ -81,7 +91,7 @@ void setSignal(Reading& reading, const Expectations& expectations) {
             inDetectorUnit(static_cast<float>(expectations.signal[i]), expectations.signalFactor));
     }
     reading.signal = {AndiType::Float, samples->data(), samples->size()};
-    reading.memory = samples;
+    reading.memory.push_back(samples);
 }
 
 Expectations expectedBehindTrip(const Reading& source, const std::string& sliceFile) {
@@ -117,11 +127,9 @@ Expectations composed(const Expectations& first, const Expectations& second) {
     Expectations both{.kind = second.kind,
                       .values = {},
                       .signal = second.signal,
-                      .memory = second.memory,
+                      .memory = joined(first.memory, second.memory),
                       .signalFactor = second.signalFactor,
-                      .signalRule =
-                          first.signalRule == nullptr ? second.signalRule : first.signalRule,
-                      .signalWords = joined({first.signalWords, second.signalWords}, "; then ")};
+                      .signalChange = composedSignal(first.signalChange, second.signalChange)};
     for (const Expectation& each : second.values) {
         if (const auto before = each.from ? inBetween.find(*each.from) : inBetween.end();
             before != inBetween.end()) {

@@ -59,7 +59,7 @@ std::string quantity(std::size_t count, const std::string& thing) {
 
 std::string wordsOf(const ValueKey& key) {
     return (key.peak > 0 ? "peak " + std::to_string(key.peak) : std::string{key.part}) + ": " +
-           printable(key.name);
+           printable(std::string{key.name});
 }
 
 std::string wordsOf(const Value& value) {
@@ -81,7 +81,7 @@ Json jsonOf(const Value& value) {
 void addSide(Json& json, const char* name, const std::optional<ValueKey>& key, const char* content,
              const Value& value) {
     if (key) {
-        json[name] = utf8Of(key->name);
+        json[name] = utf8Of(std::string{key->name});
         json[content] = jsonOf(value);
     }
 }
@@ -153,10 +153,10 @@ void holdSignal(Verdict& verdict, const Expectations& expectations, const Readin
     }
     if (const SignalGap gap = gapOf(expectations, output.signal, tolerance); gap.count > 0) {
         addSamples(verdict, gap);
-    } else if (expectations.signalRule != nullptr) {
+    } else if (expectations.signalChange.rule != nullptr) {
         verdict.changes.push_back({.part = parts::signal,
-                                   .rule = expectations.signalRule,
-                                   .words = expectations.signalWords});
+                                   .rule = expectations.signalChange.rule,
+                                   .words = expectations.signalChange.words});
     }
 }
 

@@ -31,13 +31,13 @@ std::vector<std::string> unexpectedIn(const Expectations& expected, const Readin
         if (each.to) {
             wanted.emplace(*each.to, each.target);
             if (!found.contains(*each.to) || !areSame(found[*each.to], each.target)) {
-                names.push_back(each.to->name);
+                names.emplace_back(each.to->name);
             }
         }
     }
     for (const auto& [key, value] : found) {
         if (!wanted.contains(key)) {
-            names.push_back("no " + key.name);
+            names.push_back("no " + std::string{key.name});
         }
     }
     bool isSameSignal = expected.signal.size() == output.signal.size();
@@ -66,6 +66,14 @@ void expectAllIsSaid(const Expectations& expected, const Reading& source) {
     }
 }
 
+/// Whether those that were asked for alone are the losses among all.
+void expectSameLosses(const Expectations& all, const Expectations& losses) {
+    EXPECT_EQ(lossesOf(losses), lossesOf(all));
+    EXPECT_TRUE(std::ranges::all_of(losses.values, [](const Expectation& each) {
+        return each.rule != nullptr && each.rule->isLoss;
+    }));
+}
+
 class Expected : public testing::Test {
   protected:
     Expected() { setenv("TZ", "CET-1CEST,M3.5.0,M10.5.0/3", 1); }
@@ -92,6 +100,7 @@ TEST_F(Expected, OfPairsIsWhatTheLibraryMakesOfThem) {
             const Reading pair = readPair(slice);
             const Expectations expected = expectedOfAndi(pair, slice);
             expectAllIsSaid(expected, pair);
+            expectSameLosses(expected, expectedOfAndi(pair, slice, Wanted::Losses));
             EXPECT_EQ(unexpectedIn(expected, readAndi(folder.path("run.cdf"))),
                       std::vector<std::string>{});
         }
@@ -150,6 +159,7 @@ TEST_F(Expected, OfRunsIsWhatTheLibraryMakesOfThem) {
             SCOPED_TRACE(++count);
             const Expectations expected = expectedOfChannel(channel, file);
             expectAllIsSaid(expected, channel);
+            expectSameLosses(expected, expectedOfChannel(channel, file, Wanted::Losses));
             const std::string output = "run" + std::to_string(channel.channel) + ".cdf";
             EXPECT_EQ(unexpectedIn(expected, readAndi(folder.path(output))),
                       std::vector<std::string>{});
@@ -172,6 +182,7 @@ TEST_F(Expected, OfAndiFilesIsWhatTheLibraryMakesOfThem) {
         ++count;
         const Reading andi = readAndi(file);
         const Expectations expected = expectedOfPair(andi);
+        expectSameLosses(expected, expectedOfPair(andi, Wanted::Losses));
         EXPECT_EQ(unexpectedIn(expected, readPair(folder.path("run.sli"))).empty(),
                   !unexplained.contains(each.get("==", "")));
     }

@@ -52,8 +52,9 @@ class PairReading : public testing::Test {
                 }
             }
             for (const auto& [key, value] : whole) {
-                found << (other.contains(key) ? ""
-                                              : "no " + key.name + std::to_string(key.peak) + "; ");
+                found << (other.contains(key)
+                              ? ""
+                              : "no " + std::string{key.name} + std::to_string(key.peak) + "; ");
             }
         } catch (const std::runtime_error& error) {
             found << error.what();
