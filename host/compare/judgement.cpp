@@ -201,11 +201,10 @@ void addResampledWay(std::vector<Judgement>& ways, Way way, const Side& source, 
     if (!resampling) {
         return;
     }
-    const Prospect prospect = prospectOfResampled(file, *resampling, Wanted::All);
-    Judgement judgement{.verdict = verdictOf(prospect.expected.front(), held, comparison.tolerance),
-                        .way = way};
-    judgement.verdict.keepOnly(comparison.parts);
-    ways.push_back(std::move(judgement));
+    Prospect prospect = prospectOfResampled(file, *resampling, Wanted::All);
+    ways.push_back(heldTo(std::move(prospect.expected.front()), prospect.sources.front(), held,
+                          comparison));
+    ways.back().way = way;
 }
 
 bool areToBeComparedAsTheyAre(const Side& a, const Side& b) {
