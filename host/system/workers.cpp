@@ -224,14 +224,11 @@ class Pool {
     }
 
     void take(std::size_t number) {
-        constexpr std::size_t most = 64 * 1024UL;
         Worker& worker = workers[number];
-        const std::size_t before = worker.received.size();
-        worker.received.resize(before + most);
-        const std::int64_t moved =
-            recv(worker.channel, &worker.received[before], most, MSG_DONTWAIT);
+        const std::int64_t moved = recv(worker.channel, room.data(), room.size(), MSG_DONTWAIT);
         const bool isLater = moved < 0 && (errno == EINTR || errno == EAGAIN);
-        worker.received.resize(before + static_cast<std::size_t>(std::max<std::int64_t>(moved, 0)));
+        worker.received.append(room.data(),
+                               static_cast<std::size_t>(std::max<std::int64_t>(moved, 0)));
         report(worker.received);
         if (moved <= 0 && !isLater) {
             reportLost(number, end(worker));
@@ -288,6 +285,7 @@ class Pool {
     Board board;
     std::vector<Worker> workers;
     std::vector<bool> isReported;
+    std::vector<char> room = std::vector<char>(64 * 1024UL); ///< for what comes from a channel
     std::error_code startError;
 };
 

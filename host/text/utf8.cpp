@@ -109,6 +109,10 @@ std::string utf8Of(std::string_view text) {
 }
 
 std::string printable(std::string_view text) {
+    // Nearly all of what is printed.
+    if (std::ranges::all_of(text, [](char each) { return each >= ' ' && each <= '~'; })) {
+        return std::string{text};
+    }
     std::u32string characters = charactersOf(text);
     std::ranges::replace_if(characters, isSteering, replacement);
     return encoded(characters);
