@@ -51,6 +51,7 @@ def lines_of(batch, folder, programs, command):
             "i=$((i + 1)); done")
     lines = {"library in a loop": compare.line_of(programs["korlit"], work, folder),
              "command, 1 worker": [*convert, "--jobs", "1", str(folder)],
+             "command, --quiet": [*convert, "--jobs", "1", "--quiet", str(folder)],
              "command, 2 workers": [*convert, "--jobs", "2", str(folder)],
              "shell loop": ["sh", "-c", loop]}
     if "netcdf" in programs and work.direction != "run-to-andi":  # it knows no runs
@@ -82,8 +83,9 @@ def ratio(figures, kind, first, second):
 
 def row_of_aims(batch, figures):
     processor = ratio(figures, "processor", "command, 1 worker", "library in a loop")
+    quiet = ratio(figures, "processor", "command, --quiet", "library in a loop")
     faster = ratio(figures, "wall", "command, 1 worker", "command, 2 workers")
-    return (f"| {batch.work.name} | {aim_and_result(batch.aim, processor)} | "
+    return (f"| {batch.work.name} | {aim_and_result(batch.aim, processor)} | {quiet:.2f} | "
             f"{aim_and_result(TWO_WORKERS_AIM, faster, lambda aim, result: result >= aim)} |")
 
 
@@ -130,7 +132,7 @@ def main():
     programs = compare.programs_in(options.programs)
     measured = [(batch, measured_batch(batch, options, programs)) for batch in batches()]
     print_table(f"Batches of {BATCH_FILES:,} small files, what was aimed at and what came of it:",
-                "| Files | processor time, 1 worker / library, aim | is "
+                "| Files | processor time, 1 worker / library, aim | is | is with --quiet "
                 "| wall time, 1 worker / 2 workers, aim | is |",
                 (row_of_aims(*each) for each in measured))
     print_table(f"All figures of the batches, for one file; the shell loop was given {SHELL_FILES}:",
