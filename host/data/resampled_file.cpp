@@ -147,11 +147,11 @@ void buildFromTotalIon(AndiFile& file, const DataSet& set, const Resampling& res
     addSignal(file, points, resampling.samples, nullptr);
 }
 
-/// The only data set of a file, if it can be resampled.
+/// What a file holds whose samples aren't equidistant; nothing of any other.
 std::optional<DataSet> unevenSetOf(const std::string& andiFile) {
     try {
         std::vector<DataSet> sets = loadDataSets(andiFile, FileKind::Andi);
-        return isResampleable(sets.front()) ? std::optional{std::move(sets.front())} : std::nullopt;
+        return sets.front().isUniform ? std::nullopt : std::optional{std::move(sets.front())};
     } catch (const std::runtime_error&) {
         // Why it can't be read is what the conversion tells.
         return std::nullopt;
@@ -171,7 +171,7 @@ std::string ResampledFile::words() const {
 std::optional<ResampledFile> writeResampled(const std::string& andiFile, std::int16_t intervalMs,
                                             const std::string& target) {
     const std::optional<DataSet> set = unevenSetOf(andiFile);
-    if (!set) {
+    if (!set || !isResampleable(*set)) {
         return std::nullopt;
     }
     const Resampling resampling =
@@ -195,6 +195,9 @@ std::string resamplingAdvice(const std::string& andiFile) {
     const std::optional<DataSet> set = unevenSetOf(andiFile);
     if (!set) {
         return "";
+    }
+    if (!isResampleable(*set)) {
+        return "it has no ascending time of each sample, which --resample needs";
     }
     return set->isTotalIon
                ? "a mass spectrometer's file: --resample converts its total ion chromatogram"

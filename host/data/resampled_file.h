@@ -30,8 +30,8 @@ struct ResampledFile {
 std::optional<ResampledFile> writeResampled(const std::string& andiFile, std::int16_t intervalMs,
                                             const std::string& target);
 
-/// Why a file can't be converted as it is, if resampling helps: words that name the option. Else
-/// the empty text.
+/// What resampling can do for a file that can't be converted as it is, or why it can't help it
+/// either: words that name the option. The empty text where samples are equidistant.
 std::string resamplingAdvice(const std::string& andiFile);
 
 } // namespace korlit::host
