@@ -162,6 +162,7 @@ std::int64_t _hwrite(int handle, const void* source, std::int64_t byteCount) {
     if (wanted >= FileWindows::size) {
         writeOut(*file, file->windows.giveAll());
         done = file->hasFailed ? 0 : writeAt(file->descriptor, bytes, file->position);
+        file->hasFailed = done < wanted;
     } else if (wanted > 0) {
         writeOut(*file, file->windows.makeRoom(file->position, wanted));
         file->windows.gather(file->position, bytes);

@@ -1,11 +1,15 @@
 #include "platform/cfile.h"
+#include "platform/file_size_signal.h"
 #include "platform/files.h"
 #include "platform/global_memory.h"
 #include "platform/profile.h"
 #include "platform/text.h"
 #include "tests/support/module_test.h"
 
+#include <sys/resource.h>
 #include <sys/stat.h>
+
+#include <utility>
 
 namespace korlit {
 namespace {
@@ -185,6 +189,86 @@ TEST_F(Files, ACFileReadsAcrossItsWindow) {
     }
 }
 
+/// Largest size that a file of this process may have, for as long as it lives.
+class FileSizeLimited {
+  public:
+    explicit FileSizeLimited(rlim_t most) {
+        getrlimit(RLIMIT_FSIZE, &before);
+        const rlimit limited{.rlim_cur = most, .rlim_max = before.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limited);
+    }
+    FileSizeLimited(const FileSizeLimited&) = delete;
+    FileSizeLimited& operator=(const FileSizeLimited&) = delete;
+    ~FileSizeLimited() { setrlimit(RLIMIT_FSIZE, &before); }
+
+  private:
+    FileSizeSignalHeld held;
+    rlimit before{};
+};
+
+/// Places and sizes.
+using Writes = std::vector<std::pair<std::int64_t, std::int64_t>>;
+
+struct Written {
+    std::string bytes; ///< of the file
+    bool isWhole;
+    bool operator==(const Written&) const = default;
+};
+
+/// What becomes of these writes, the first of 'a', the second of 'b' and so on, in a file that may
+/// have `most` bytes.
+Written writtenWithin(rlim_t most, const std::string& path, const Writes& writes) {
+    const FileSizeLimited limited{most};
+    const int file = _lcreat(path.c_str());
+    char fill = 'a';
+    for (const auto& [place, size] : writes) {
+        const std::string bytes(static_cast<std::size_t>(size), fill++);
+        _llseek(file, place, SeekOrigin::Start);
+        _hwrite(file, bytes.data(), size);
+    }
+    const bool isWhole = _lflush(file) == 0;
+    _llseek(file, 0, SeekOrigin::Start);
+    EXPECT_TRUE(isWhole || _hwrite(file, "z", 1) == 0);
+    EXPECT_EQ(_lclose(file), isWhole ? 0 : fileError);
+    return {test::readFile(path), isWhole};
+}
+
+TEST_F(Files, NothingGoesOutBehindALoss) {
+    const std::string ten(10, 'a');
+    const std::pair<Writes, std::string> cases[]{
+        {{{0, 10}, {100000, 10}}, ten},
+        // What comes behind the loss would find room: it lies ahead of it.
+        {{{100000, 10}, {0, 10}}, ""},
+        {{{100000, 10}, {0, 65536}}, ""},
+        {{{100000, 65536}, {0, 10}}, ""},
+        {{{100000, 65536}, {0, 65536}}, ""},
+        {{{0, 10}, {100000, 10}, {20, 10}, {300000, 10}, {5, 65536}}, ten},
+        {{{0, 65536}, {65536, 9999}, {0, 10}}, std::string(65536, 'a') + std::string(4464, 'b')},
+        {{{65536, 9999}, {0, 65536}}, std::string(65536, '\0') + std::string(4464, 'a')}};
+    for (const auto& [writes, left] : cases) {
+        EXPECT_TRUE(writtenWithin(70000, folder.path("x"), writes) == (Written{left, false}))
+            << writes.size() << " from " << writes.front().first;
+    }
+}
+
+TEST_F(Files, WhatFindsNoRoomLeavesWhatCameAheadOfIt) {
+    Writes writes;
+    std::string whole;
+    std::vector<std::size_t> ends{1};
+    for (const int size : {100, 65436, 1, 65535, 65536, 2}) {
+        writes.emplace_back(std::ssize(whole), size);
+        whole.append(static_cast<std::size_t>(size), static_cast<char>('`' + ends.size()));
+        ends.push_back(whole.size());
+    }
+    for (const std::size_t end : ends) {
+        for (const std::size_t room : {end - 1, end, end + 1}) {
+            EXPECT_TRUE(writtenWithin(room, folder.path("x"), writes) ==
+                        (Written{whole.substr(0, room), room >= whole.size()}))
+                << room;
+        }
+    }
+}
+
 TEST_F(Files, TheEndOfAFileThatGrowsIsFinal) {
     CFile file;
     char bytes[4]{};
@@ -194,9 +278,25 @@ TEST_F(Files, TheEndOfAFileThatGrowsIsFinal) {
     folder.write("x", "abcdefgh");
     EXPECT_EQ(file.Read(bytes, 0), 0);
     EXPECT_EQ(file.Read(bytes, 4), 0);
+    EXPECT_EQ(file.GetRemaining(), 0);
     EXPECT_STREQ(bytes, "cb");
     ASSERT_TRUE(file.Open(folder.path("x").c_str()));
     EXPECT_EQ(file.Read(bytes, 4), 4);
+    EXPECT_EQ(file.GetRemaining(), 4);
+}
+
+TEST_F(Files, AReadThatFailsIsNoEnd) {
+    // No process has anything at address 0.
+    const char* const unreadable = "/proc/self/mem";
+    CFile file;
+    char byte = 'x';
+    ASSERT_TRUE(file.Open(unreadable));
+    EXPECT_EQ(file.Read(&byte, 1), -1);
+    EXPECT_EQ(file.Read(&byte, 1), -1);
+    const int handle = _lopen(unreadable);
+    EXPECT_EQ(_hread(handle, &byte, 1), 0);
+    EXPECT_EQ(byte, 'x');
+    EXPECT_EQ(_lclose(handle), 0);
 }
 
 TEST_F(Files, NothingIsCreatedOverAnOpenCFile) {
@@ -232,7 +332,8 @@ TEST_F(Files, ProfileValuesAreFoundWithoutRegardToCase) {
     const std::string ini =
         folder.write("p.ini", "sShortDate=no section\n[Other]\nsShortDate=no\n"
                               "[ INTL ]\r\n x = 1\r\nSSHORTDATE = \"M/d/yy\" \r\n"
-                              "sShortDate=second\nlong=12345678901234567890");
+                              "sShortDate=second\nlong=12345678901234567890\n"
+                              "single='d m'\nlone=\"\nmixed=\"d'\nempty=\"\"");
     const auto value = [](const char* section, const char* key) {
         char text[8]{};
         GetProfileStringA(section, key, "other", text);
@@ -241,6 +342,10 @@ TEST_F(Files, ProfileValuesAreFoundWithoutRegardToCase) {
     setenv("KORLIT_PROFILE", ini.c_str(), 1);
     EXPECT_EQ(value("intl", "sShortDate"), "M/d/yy");
     EXPECT_EQ(value("intl", "Long"), "1234567") << "cut at the end of the target";
+    EXPECT_EQ(value("intl", "single"), "d m");
+    EXPECT_EQ(value("intl", "lone"), "\"");
+    EXPECT_EQ(value("intl", "mixed"), "\"d'");
+    EXPECT_EQ(value("intl", "empty"), "");
     EXPECT_EQ(value("intl", "missing"), "other");
     EXPECT_EQ(value("missing", "x"), "other");
     setenv("KORLIT_PROFILE", folder.path("missing").c_str(), 1);
@@ -250,9 +355,16 @@ TEST_F(Files, ProfileValuesAreFoundWithoutRegardToCase) {
 }
 
 TEST(NumberText, ReadsAsScanfDoes) {
-    const std::pair<const char*, std::optional<std::int32_t>> longs[]{
-        {"12", 12}, {" \t-3x", -3}, {"+7", 7},        {"+-7", {}},
-        {"", {}},   {"x1", {}},     {"4651.9", 4651}, {"99999999999", INT32_MAX}};
+    const std::pair<const char*, std::optional<std::int32_t>> longs[]{{"12", 12},
+                                                                      {" \t-3x", -3},
+                                                                      {"+7", 7},
+                                                                      {"+-7", {}},
+                                                                      {"", {}},
+                                                                      {"x1", {}},
+                                                                      {"4651.9", 4651},
+                                                                      {"99999999999", INT32_MAX},
+                                                                      {"-99999999999", INT32_MIN},
+                                                                      {"\n\v\f\r5", 5}};
     for (const auto& [text, number] : longs) {
         EXPECT_EQ(readLong(text), number) << text;
     }
@@ -263,6 +375,7 @@ TEST(NumberText, ReadsAsScanfDoes) {
         EXPECT_EQ(readFloat(text), number) << text;
     }
     EXPECT_EQ(readShort("70000"), 4464);
+    EXPECT_EQ(readShort("-99999999999"), 0);
 }
 
 } // namespace
