@@ -70,6 +70,9 @@ TEST_F(AndiFileTest, VariablesTakeTheirSizeFromTheDimensions) {
                     (v->DimensionCount == (second < 0 ? 1 : 2) && v->ElementCount == elementCount &&
                      v->VSize == vSize && GlobalSize(v->DataHandle) == vSize + 1));
     }
+    // Eight bytes for each come to little in 64 bits, beyond which they are.
+    AddAndiDimension(&file, "d", 1'518'500'250);
+    EXPECT_EQ(AddAndiMatrix(&file, "v", AndiType::Double, 5, 5), nullptr);
     const std::int16_t minusTwo = -2;
     const AndiVariable* scalar = AddAndiScalar(&file, "s", AndiType::Short, &minusTwo);
     ASSERT_NE(scalar, nullptr);

@@ -31,7 +31,10 @@ class AndiReaderTest : public ModuleTest {
 };
 
 TEST_F(AndiReaderTest, LoadsEveryTypeAndARecordVariable) {
-    EXPECT_EQ(load(AndiText{}.bytes()), "");
+    // The fourth byte is a signed number, and a negative count is none.
+    EXPECT_EQ(load(AndiText{.start = "1128548094", .globals = "12 1 'a' 4 -1"}.bytes()), "");
+    EXPECT_EQ(file.Version, -2);
+    EXPECT_EQ(file.GlobalAttributes.Items[0].Count, 0);
     ASSERT_EQ(load(readFile(TEST_DATA "all_types.cdf")), "");
     EXPECT_EQ(file.Magic, 0x464443);
     EXPECT_EQ(file.Version, 1);

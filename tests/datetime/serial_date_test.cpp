@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <chrono>
 #include <limits>
 #include <string>
 
@@ -61,6 +62,31 @@ TEST(SerialDate, DaysAndTimesAreThoseOfTheCalendar) {
     };
     for (const auto& [serial, expected] : cases) {
         EXPECT_EQ(decoded(serial), expected) << serial;
+    }
+}
+
+TEST(SerialDate, FollowsTheCalendarFromDayToDay) {
+    using namespace std::chrono;
+    // All days of four centuries, and some of each year for as long as the calendar here goes on.
+    for (int day = 2; day < 11'000'000; day += day < 150'000 ? 1 : 1009) {
+        const year_month_day date{sys_days{1899y / December / 30} + days{day}};
+        SerialStamp stamp{.Serial = day + 0.5, .Fields = {}};
+        DecodeSerialDate(&stamp);
+        const StampFields& fields = stamp.Fields;
+        ASSERT_TRUE(fields.Year == static_cast<int>(date.year()) &&
+                    fields.Month == static_cast<unsigned>(date.month()) &&
+                    fields.Day == static_cast<unsigned>(date.day()) && fields.Hour == 12)
+            << day;
+    }
+}
+
+TEST(SerialDate, NoSecondOfADayIsLost) {
+    for (int second = 0; second < 86400; ++second) {
+        SerialStamp stamp{.Serial = daytime(0, 0, second), .Fields = {}};
+        DecodeSerialDate(&stamp);
+        const StampFields& fields = stamp.Fields;
+        ASSERT_EQ(fields.Hour * 3600 + fields.Minute * 60 + fields.Second, second);
+        ASSERT_LT(fields.Second, 60);
     }
 }
 

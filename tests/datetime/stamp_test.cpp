@@ -5,7 +5,9 @@
 #include "native/native_state.h"
 #include "tests/support/module_test.h"
 
+#include <array>
 #include <cstring>
+#include <ctime>
 
 namespace korlit {
 namespace {
@@ -64,6 +66,8 @@ TEST_F(Dates, AStampHasTheOffsetOfItsZoneAndDate) {
                        {"UTC", {1969, 12, 0, 31, 23, 59, 59, 0}, "19691231235959+0000"},
                        {"UTC", {9999, 12, 0, 31, 23, 59, 59, 0}, "99991231235959+0000"},
                        {"UTC", {2004, 2, 0, 29, 12, 60, 0, 0}, "20040229126000+0000"},
+                       {"UTC", {2004, 2, 0, 29, 12, 0, 60, 0}, "20040229120060+0000"},
+                       {"UTC", {2004, 2, 0, 29, 12, 0, 61, 0}, "-"},
                        {"UTC", {2005, 2, 0, 29, 0, 0, 0, 0}, "-"},
                        {"UTC", {1900, 2, 0, 29, 0, 0, 0, 0}, "-"},
                        {"UTC", {0, 0, 0, 0, 0, 0, 0, 0}, "-"},
@@ -76,6 +80,33 @@ TEST_F(Dates, AStampHasTheOffsetOfItsZoneAndDate) {
         EXPECT_EQ(FormatAndiStamp(&fields, text), std::strcmp(stamp, "-") == 0 ? 0 : 1);
         EXPECT_STREQ(text, stamp) << zone;
     }
+}
+
+TEST_F(Dates, AStampComesBackWithTheSystemsOffset) {
+    for (const char* zone : {"UTC", "XXX12", "XXX11", "MART9:30", "NST3:30NDT,M3.2.0,M11.1.0",
+                             "CET-1CEST,M3.5.0,M10.5.0/3", "IST-5:30", "NPT-5:45", "XXX-0:30",
+                             "CHAST-12:45CHADT,M9.5.0/2:45,M4.1.0/3:45", "XXX-14"}) {
+        setenv("TZ", zone, 1);
+        tzset();
+        // Through each hour of the day and many days, at a quarter past.
+        for (std::time_t instant = 1104537600 + 900; instant < 1136073600; instant += 7 * 3600) {
+            std::tm local{};
+            localtime_r(&instant, &local);
+            std::array<char, 32> expected{};
+            std::strftime(expected.data(), expected.size(), "%Y%m%d%H%M%S%z", &local);
+            StampFields fields{};
+            ParseAndiStamp(&fields, expected.data());
+            std::array<char, stampTextSize> text{};
+            ASSERT_EQ(FormatAndiStamp(&fields, text.data()), 1);
+            const std::tm at = local;
+            local.tm_isdst = -1;
+            // An hour that comes twice has two offsets.
+            if (std::mktime(&local) == instant && local.tm_gmtoff == at.tm_gmtoff) {
+                EXPECT_STREQ(text.data(), expected.data()) << zone;
+            }
+        }
+    }
+    setenv("TZ", "UTC", 1);
 }
 
 TEST_F(Dates, ANativeDateFollowsTheSystemsOrder) {

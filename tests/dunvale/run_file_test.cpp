@@ -1,5 +1,6 @@
 #include "dunvale/run_file.h"
 
+#include "dunvale/run_extent.h"
 #include "tests/support/module_test.h"
 #include "tests/support/run_text.h"
 
@@ -57,6 +58,30 @@ TEST_F(RunFile, TheVersionDecidesTheSizesOfItsBlocks) {
         EXPECT_STREQ(run.lpPeakWin->WindowName, "Caffeine");
         EXPECT_STREQ(run.lpPeakWin2->WindowName, "Second");
         EXPECT_EQ(run.lpPeakWin2->reserved58[619], 0xEE);
+    }
+}
+
+TEST_F(RunFile, TheExtentOfACutRunIsWhatIsThere) {
+    const std::string whole = test::RunText{.count = "2s", .channels = 2}.bytes();
+    // Behind the head of 308 bytes a signal is a head of 110 and six samples.
+    constexpr std::int64_t firstSamples = 418;
+    constexpr std::int64_t secondSamples = 552;
+    for (std::int64_t length = 0; length <= std::ssize(whole); ++length) {
+        SCOPED_TRACE(length);
+        CFile file;
+        file.Open(folder.write("run.dat", whole.substr(0, length)).c_str());
+        const auto extent = extentOf(file);
+        ASSERT_EQ(extent.has_value(), length >= 308);
+        if (extent) {
+            EXPECT_EQ(extent->channels, 2);
+            EXPECT_EQ(extent->channelsThere,
+                      int{length >= firstSamples} + int{length >= secondSamples});
+            EXPECT_EQ(extent->samples, 6 * extent->channelsThere);
+            EXPECT_EQ(extent->samplesThere,
+                      std::clamp<std::int64_t>((length - firstSamples) / 4, 0, 6) +
+                          std::clamp<std::int64_t>((length - secondSamples) / 4, 0, 6));
+            EXPECT_EQ(extent->isWhole, length == std::ssize(whole));
+        }
     }
 }
 
