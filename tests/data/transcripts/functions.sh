@@ -92,8 +92,9 @@ killWorkers() {
     done
 }
 
+# In one go: what comes into a folder while it is removed would stay.
 clearUp() {
-    rm -rf out*/.korlit-work-*
+    mv out/.korlit-work-* cleared && rm -rf cleared
 }
 
 interrupt() {
