@@ -92,6 +92,24 @@ TEST_F(AndiWriterTest, EveryTypeOfAnyLengthIsReversedOnceAndComesBack) {
     }
 }
 
+TEST_F(AndiWriterTest, NothingBehindTheElementsIsReversed) {
+    // The last of them stands in the second part.
+    constexpr std::int32_t all = 200'000;
+    constexpr std::int32_t elements = 150'000;
+    AddAndiDimension(&file, "d", all);
+    AndiVariable* variable = AddAndiVector(&file, "v", AndiType::Short, 0);
+    std::string expected(2L * all, '\1');
+    for (std::size_t i = 0; i < expected.size(); i += 2) {
+        expected[i] = '\2';
+    }
+    expected.copy(static_cast<char*>(variable->Data), expected.size());
+    ReverseBytes(expected.data(), 2, elements);
+    variable->ElementCount = elements;
+    char message[400]{};
+    EXPECT_EQ(WriteAndiFile(folder.path("x.cdf").c_str(), &file, message), 1);
+    EXPECT_TRUE(readFile(folder.path("x.cdf")).ends_with(expected));
+}
+
 TEST_F(AndiWriterTest, WhatWasLoadedIsWrittenAsItWas) {
     const std::string original =
         layOut("1128547841 3 10 2 'run' 0 'pair' 2 12 1 't' 2 4 \"2.3\" 11 2 "

@@ -83,6 +83,21 @@ TEST_F(ValueLookupTest, KeepsToTheBuffer) {
     EXPECT_EQ(find("shortvalues", 1), "\0"s);
 }
 
+TEST_F(ValueLookupTest, GivesAnyBufferTheStartOfTheText) {
+    for (const char* key : {"bytevalues", "detectorunit", "four", "shadowed", "shortvalues",
+                            "triple", "doublevalues", "pointnumber"}) {
+        const std::string whole = find(key, 100).c_str();
+        const bool isText = std::string{"mV 1234 global"}.find(whole) != std::string::npos;
+        for (std::size_t length = 1; length < whole.size() + 3; ++length) {
+            const std::string start = whole.substr(0, isText ? length : length - 1);
+            const std::string buffer = find(key, length);
+            EXPECT_EQ(buffer.substr(0, start.size()), start);
+            EXPECT_EQ(buffer.find('\0'), start.size() < length ? start.size() : std::string::npos)
+                << key << length;
+        }
+    }
+}
+
 TEST(FormatAndiValue, RendersOneElement) {
     const double doubles[]{-1.0 / 3, 1234567, -std::numeric_limits<double>::infinity()};
     EXPECT_STREQ(FormatAndiValue(AndiType::Double, doubles, 0).data(), "-0.333333");

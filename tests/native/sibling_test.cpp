@@ -62,7 +62,8 @@ TEST_F(SiblingTest, EachWayToFailIsTold) {
         {"removes sli", "", false, slice, "Error opening Merivolta Raw Data file " + slice},
         {"removes rpt", "", false, report, "Error opening Merivolta Report file " + report},
         {"shrinks sli", "", false, report, cut},
-        {"shrinks rpt", "", false, report, cut}};
+        {"shrinks rpt", "", false, report, cut},
+        {"skips a sample", "", false, report, cut}};
     isStubLoaded = true;
     for (const auto& [told, missing, isOlder, path, message] : cases) {
         SCOPED_TRACE(std::string{told} + ", without " + missing);

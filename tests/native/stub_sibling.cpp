@@ -41,7 +41,7 @@ extern "C" std::int32_t GetSliDataOffSet(std::uint16_t /*version*/, std::uint32_
             std::filesystem::resize_file(file, std::filesystem::file_size(file) - 3);
         }
     }
-    *offset = 2048;
+    *offset = isTold("skips a sample") ? 2052 : 2048;
     return isTold("refuses") ? 0 : 77;
 }
 

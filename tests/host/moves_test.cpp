@@ -1,0 +1,156 @@
+// Moves on systems that lack some kinds of them.
+#include "host/system/moves.h"
+
+#include "host/system/file_identity.h"
+#include "tests/support/temp_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <fcntl.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+namespace {
+
+/// What the system says of renames of a kind, and of links; 0 where it has them.
+int errorOfKinds = 0;
+int errorOfLinks = 0;
+
+} // namespace
+
+// They stand in front of those of the C library.
+#pragma GCC visibility push(default)
+extern "C" {
+int renameat2(int fromFolder, const char* from, int toFolder, const char* to, unsigned kind) {
+    errno = errorOfKinds;
+    return kind != 0 && errorOfKinds != 0
+               ? -1
+               : static_cast<int>(syscall(SYS_renameat2, fromFolder, from, toFolder, to, kind));
+}
+int link(const char* from, const char* to) {
+    errno = errorOfLinks;
+    return errorOfLinks != 0
+               ? -1
+               : static_cast<int>(syscall(SYS_linkat, AT_FDCWD, from, AT_FDCWD, to, 0));
+}
+}
+#pragma GCC visibility pop
+
+namespace korlit::host {
+namespace {
+
+using test::readFile;
+namespace fs = std::filesystem;
+
+class Moves : public testing::Test {
+  protected:
+    ~Moves() override { errorOfKinds = errorOfLinks = 0; }
+
+    /// Runs a case on each system.
+    template <typename Case>
+    void onEachSystem(Case run) {
+        for (const auto& [kinds, links] :
+             std::initializer_list<std::pair<int, int>>{{0, 0},
+                                                        {EINVAL, 0},
+                                                        {ENOSYS, EPERM},
+                                                        {EOPNOTSUPP, EOPNOTSUPP},
+                                                        {EINVAL, EMLINK}}) {
+            SCOPED_TRACE(std::to_string(kinds) + " and " + std::to_string(links));
+            errorOfKinds = kinds;
+            errorOfLinks = links;
+            for (const auto& entry : fs::directory_iterator{folder.path("")}) {
+                fs::remove_all(entry.path());
+            }
+            run();
+        }
+    }
+
+    test::TempFolder folder;
+    const fs::path staged = folder.path("staged");
+    const fs::path place = folder.path("place");
+    const fs::path aside = folder.path("aside");
+};
+
+TEST_F(Moves, NeverGoOverWhatIsThere) {
+    onEachSystem([&] {
+        folder.write("staged", "new");
+        EXPECT_EQ(moveToFreePlace(staged, place), std::error_code{});
+        EXPECT_EQ(readFile(place), "new");
+        EXPECT_FALSE(fs::exists(staged));
+        EXPECT_EQ(moveToFreePlace(staged, aside), std::errc::no_such_file_or_directory);
+        EXPECT_EQ(moveToFreePlace(place, folder.path("none/place")),
+                  std::errc::no_such_file_or_directory);
+        for (const std::string kind : {"file", "folder", "link", "itself"}) {
+            folder.write("staged", "new");
+            fs::remove_all(place);
+            kind == "file"     ? void(folder.write("place", "old"))
+            : kind == "folder" ? void(fs::create_directory(place))
+            : kind == "link"
+                ? fs::create_symlink("nowhere", place)
+                : void(syscall(SYS_linkat, AT_FDCWD, staged.c_str(), AT_FDCWD, place.c_str(), 0));
+            const auto before = occupantOf(place);
+            EXPECT_EQ(moveToFreePlace(staged, place), std::errc::file_exists) << kind;
+            EXPECT_EQ(occupantOf(place), before);
+            EXPECT_EQ(readFile(staged), "new");
+        }
+    });
+}
+
+TEST_F(Moves, ExchangeTwoFilesOrLeaveThem) {
+    onEachSystem([&] {
+        folder.write("staged", "new");
+        EXPECT_EQ(exchange(staged, place, aside), std::errc::no_such_file_or_directory);
+        EXPECT_EQ(readFile(staged), "new");
+        folder.write("place", "old");
+        EXPECT_EQ(exchange(staged, place, aside), std::error_code{});
+        EXPECT_EQ(readFile(place), "new");
+        EXPECT_EQ(readFile(staged), "old");
+        EXPECT_FALSE(occupantOf(aside));
+    });
+}
+
+// Each state that a kill can leave, and what is in its place, staged and aside behind the end of
+// it.
+TEST_F(Moves, AreEndedFromAnyStateThatAKillLeaves) {
+    struct State {
+        const char *staged, *place, *aside;
+        bool operator==(const State&) const = default;
+    };
+    const std::pair<State, std::array<std::string, 3>> cases[]{
+        {{"new", "", ""}, {"new", "", ""}},
+        {{"new", "old", ""}, {"new", "old", ""}},
+        // the old file is out of its place, for the new one or on its way back
+        {{"new", "", "old"}, {"new", "old", ""}},
+        {{"", "new", "old"}, {"old", "new", ""}},
+        {{"", "new", ""}, {"", "new", ""}},
+        // somebody else has come to the place
+        {{"new", "other", "old"}, {"new", "other", "old"}},
+        // a second name of the same file
+        {{"twin", "new", ""}, {"", "new", ""}},
+        {{"twin", "new", "old"}, {"old", "new", ""}}};
+    onEachSystem([&] {
+        for (const auto& [before, after] : cases) {
+            for (const fs::path& each : {staged, place, aside}) {
+                fs::remove(each);
+            }
+            const auto make = [&](const char* name, const std::string& bytes) {
+                if (bytes == "twin") {
+                    syscall(SYS_linkat, AT_FDCWD, place.c_str(), AT_FDCWD, staged.c_str(), 0);
+                } else if (!bytes.empty()) {
+                    folder.write(name, bytes);
+                }
+            };
+            make("place", before.place);
+            make("aside", before.aside);
+            make("staged", before.staged);
+            EXPECT_EQ(tidyMove(staged, place, aside), std::error_code{});
+            EXPECT_EQ((std::array{readFile(staged), readFile(place), readFile(aside)}), after)
+                << before.staged << ' ' << before.place << ' ' << before.aside;
+        }
+    });
+}
+
+} // namespace
+} // namespace korlit::host
