@@ -1,6 +1,7 @@
-// Moves on systems that lack some kinds of them.
+// Moves on systems that lack some kinds of them, and beside those of other processes.
 #include "host/system/moves.h"
 
+#include "host/convert/delivery.h"
 #include "host/system/file_identity.h"
 #include "tests/support/temp_folder.h"
 
@@ -10,13 +11,16 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
+#include <functional>
 
 namespace {
 
 /// What the system says of renames of a kind, and of links; 0 where it has them.
 int errorOfKinds = 0;
 int errorOfLinks = 0;
+std::function<void()> beforeRename = [] {};
 
 } // namespace
 
@@ -24,6 +28,7 @@ int errorOfLinks = 0;
 #pragma GCC visibility push(default)
 extern "C" {
 int renameat2(int fromFolder, const char* from, int toFolder, const char* to, unsigned kind) {
+    beforeRename();
     errno = errorOfKinds;
     return kind != 0 && errorOfKinds != 0
                ? -1
@@ -148,6 +153,75 @@ TEST_F(Moves, AreEndedFromAnyStateThatAKillLeaves) {
             EXPECT_EQ(tidyMove(staged, place, aside), std::error_code{});
             EXPECT_EQ((std::array{readFile(staged), readFile(place), readFile(aside)}), after)
                 << before.staged << ' ' << before.place << ' ' << before.aside;
+        }
+    });
+}
+
+class Deliveries : public Moves {
+  protected:
+    ~Deliveries() override {
+        beforeRename = [] {};
+    }
+
+    void put(const std::string& name) {
+        syscall(SYS_renameat2, AT_FDCWD, folder.write("other", "theirs").c_str(), AT_FDCWD,
+                folder.path(name).c_str(), 0);
+    }
+
+    /// Delivers the files a and b over old ones, while another process does something about one of
+    /// the places ahead of the n-th rename. Answers whether all came to their places.
+    bool deliverBeside(int nth, const std::function<void()>& disturb) {
+        WorkFolder work{folder.path("")};
+        Delivery delivery{.moves = {}, .isReplacing = true, .record = "record"};
+        for (const std::string name : {"a", "b"}) {
+            folder.write(name, "old");
+            folder.write(work.path().filename() / name, "new");
+            delivery.moves.push_back({.stagedName = name, .path = folder.path(name)});
+        }
+        renameCount = 0;
+        beforeRename = [this, nth, disturb] {
+            if (++renameCount == nth) {
+                disturb();
+            }
+        };
+        try {
+            deliver(delivery, work);
+            return true;
+        } catch (const fs::filesystem_error&) {
+            return false;
+        }
+    }
+
+    int renameCount = 1;
+};
+
+TEST_F(Deliveries, LoseNothingThatOthersPut) {
+    onEachSystem([&] {
+        for (const std::string name : {"a", "b"}) {
+            const std::string otherName = name == "a" ? "b" : "a";
+            for (int nth = 1; nth <= renameCount; ++nth) {
+                const bool isDone = deliverBeside(nth, [&] { put(name); });
+                // Without either kind a look must do, and nobody sees what comes right behind it.
+                if (nth <= renameCount && errorOfLinks == 0) {
+                    EXPECT_EQ(readFile(folder.path(name)), "theirs") << name << nth;
+                    EXPECT_EQ(readFile(folder.path(otherName)), isDone ? "new" : "old")
+                        << name << nth;
+                }
+            }
+        }
+    });
+}
+
+TEST_F(Deliveries, GoOnWhereOthersTakeTheOldFiles) {
+    onEachSystem([&] {
+        EXPECT_TRUE(deliverBeside(0, [] {}));
+        for (const std::string name : {"a", "b"}) {
+            const int last = renameCount;
+            for (int nth = 1; nth <= last; ++nth) {
+                EXPECT_TRUE(deliverBeside(nth, [&] { fs::remove(folder.path(name)); }));
+                EXPECT_NE(readFile(folder.path(name)), "old") << name << nth;
+                EXPECT_EQ(readFile(folder.path(name == "a" ? "b" : "a")), "new") << name << nth;
+            }
         }
     });
 }

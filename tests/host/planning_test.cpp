@@ -138,6 +138,57 @@ TEST_F(Planning, NotesWhatJobsWouldDoToEachOther) {
     }
 }
 
+TEST_F(Planning, FoldersThatAreStillMissingAreToldApart) {
+    make("in/a/x.cdf in/b/x.cdf in/b/y.sli in/b/y.rpt y.cdf");
+    WorkOptions options;
+    options.outputFolder = folder.path("new/out");
+    options.inputs.isRecursive = true;
+    options.to = Goal::Pair;
+    EXPECT_EQ(problemsOf(options, "in"), "");
+    options.inputs.isRecursive = false;
+    EXPECT_EQ(problemsOf(options, "in/a/x.cdf in/b/x.cdf"),
+              "in/b/x.cdf: Its file new/out/x.rpt is that of in/a/x.cdf; ");
+    options.outputFolder.clear();
+    options.inputs.paths = {folder.path("in/a/x.cdf"), folder.path("y.cdf")};
+    EXPECT_EQ(
+        listWork(options, {}).targetFolders(),
+        (std::set<std::filesystem::path>{
+            folder.path("in/a"), folder.path("y.cdf").substr(0, folder.path("").size() - 1)}));
+}
+
+TEST_F(Planning, AnOutputIsANameWithOrWithoutAnEnding) {
+    make("x.cdf y.sli y.rpt");
+    struct Case {
+        const char* source;
+        const char* output;
+        const char* targets; ///< empty for wrong use
+    };
+    for (const auto& [source, output, targets] : std::initializer_list<Case>{
+             {"x.cdf", "plain", "plain.sli plain.rpt "},
+             {"x.cdf", ".hidden", ".hidden.sli .hidden.rpt "},
+             {"x.cdf", "new/z.RPT", "new/z.sli new/z.rpt "},
+             {"x.cdf", "z.cdf", ""},
+             {"x.cdf", ".sli", ""},
+             {"y.sli", "plain", "plain.cdf "},
+             {"y.sli", "z.CDF", "z.CDF "},
+             {"y.sli", "z.sli", ""},
+             {"y.sli", ".cdf", ""},
+             {"y.sli", "new/", ""},
+         }) {
+        WorkOptions options;
+        options.inputs.paths = {folder.path(source)};
+        options.output = folder.path(output);
+        std::string paths;
+        try {
+            for (const StagedFile& target : listWork(options, {}).job(0).plan.targets) {
+                paths += target.path.string().substr(folder.path("").size()) + ' ';
+            }
+        } catch (const WrongUse&) {
+        }
+        EXPECT_EQ(paths, targets) << output;
+    }
+}
+
 TEST_F(Planning, PartsOfABatchAreAllOfItOnce) {
     std::string names;
     for (int i = 0; i < 60; ++i) {

@@ -1,9 +1,12 @@
 // Workers as the processes that they are.
 #include "host/system/workers.h"
 
+#include "host/system/interrupts.h"
+
 #include <gtest/gtest.h>
 
 #include <sys/mman.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -113,6 +116,24 @@ TEST_F(WorkersTest, WhatHasBegunComesToItsEnd) {
     EXPECT_GE(results.size(), mostFinished);
     EXPECT_LT(results.size(), 30U);
     EXPECT_EQ(ended.value(), 3);
+}
+
+TEST(Interrupts, AreNotedButForAHangUpThatNobodyIsToHear) {
+    for (const bool isHeard : {true, false}) {
+        const pid_t child = fork();
+        if (child == 0) {
+            std::signal(SIGHUP, isHeard ? SIG_DFL : SIG_IGN);
+            watchInterrupts();
+            bool isRight = !isInterrupted();
+            std::raise(SIGHUP);
+            isRight = isRight && isInterrupted() == isHeard;
+            std::raise(SIGTERM);
+            _exit(isRight && isInterrupted() ? 0 : 1);
+        }
+        int status = 0;
+        waitpid(child, &status, 0);
+        EXPECT_EQ(status, 0) << isHeard;
+    }
 }
 
 } // namespace
