@@ -89,7 +89,7 @@ TEST_F(Dates, AStampComesBackWithTheSystemsOffset) {
         setenv("TZ", zone, 1);
         tzset();
         // Through each hour of the day and many days, at a quarter past.
-        for (std::time_t instant = 1104537600 + 900; instant < 1136073600; instant += 7 * 3600) {
+        for (std::time_t instant = 1104537600 + 900; instant < 1136073600; instant += 7 * 3600L) {
             std::tm local{};
             localtime_r(&instant, &local);
             std::array<char, 32> expected{};

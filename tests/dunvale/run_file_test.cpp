@@ -69,7 +69,8 @@ TEST_F(RunFile, TheExtentOfACutRunIsWhatIsThere) {
     for (std::int64_t length = 0; length <= std::ssize(whole); ++length) {
         SCOPED_TRACE(length);
         CFile file;
-        file.Open(folder.write("run.dat", whole.substr(0, length)).c_str());
+        const std::string start = whole.substr(0, static_cast<std::size_t>(length));
+        ASSERT_TRUE(file.Open(folder.write("run.dat", start).c_str()));
         const auto extent = extentOf(file);
         ASSERT_EQ(extent.has_value(), length >= 308);
         if (extent) {

@@ -171,7 +171,7 @@ TEST_F(Files, ACFileReadsAcrossItsWindow) {
         bytes[i] = static_cast<char>(i * 31 / 7);
     }
     const std::string path = folder.write("x", bytes);
-    for (const std::size_t size : {1, 7, 1000, 16383, 16384, 16385, 40000, 60000}) {
+    for (const std::size_t size : {1U, 7U, 1000U, 16383U, 16384U, 16385U, 40000U, 60000U}) {
         SCOPED_TRACE(size);
         CFile file;
         ASSERT_TRUE(file.Open(path.c_str()));
