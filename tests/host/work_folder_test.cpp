@@ -127,6 +127,7 @@ TEST_F(WorkFolders, ThoseOfOthersStay) {
     otherUser = 4711;
     EXPECT_EQ(settled(), Notes{});
     otherUser = 0;
+    ASSERT_EQ(found().size(), 1U);
     fs::permissions(found().front(), fs::perms{0770});
     EXPECT_EQ(settled(), Notes{});
     fs::permissions(found().front(), fs::perms{0700});

@@ -94,7 +94,7 @@ TEST_F(WorkersTest, AWorkerThatDiesCostsItsTaskAlone) {
         if (task == 8) {
             std::raise(SIGUSR1);
         }
-        std::raise(task == 0 || task == 19 ? SIGKILL : SIGINT); // the latter doesn't reach it
+        std::raise(task == 0 || task == 19 ? SIGKILL : SIGTERM); // the latter doesn't reach it
     };
     for (const std::size_t workerCount : {1U, 2U, 6U}) {
         run(workerCount, 20);
