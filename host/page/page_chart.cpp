@@ -112,7 +112,7 @@ std::string captionOf(const RecordedChannel& channel) {
         words.push_back(roundedText(channel.values->first) + " to " +
                         roundedText(channel.values->second) + ' ' + channel.unit);
     }
-    words.push_back(groupedDigits(channel.points) + " points");
+    words.push_back(groupedDigits(channel.points) + (channel.points == 1 ? " point" : " points"));
     return element("figcaption", joined(words, " \u00b7 "));
 }
 

@@ -3,7 +3,6 @@
 #include "host/page/markup.h"
 #include "host/page/page_chart.h"
 #include "host/text/numbers.h"
-#include "host/text/utf8.h"
 
 #include <algorithm>
 #include <numeric>
@@ -64,10 +63,10 @@ std::string digestsOf(const FileRecord& record) {
     std::string lines;
     for (const auto* files : {&record.sources, &record.outputs}) {
         for (const RecordedFile& file : *files) {
-            lines += file.digest ? file.digest->sha256 + "  " + printable(file.path) + '\n' : "";
+            lines += file.digest ? escaped(file.digest->sha256 + "  " + file.path) + '\n' : "";
         }
     }
-    return lines.empty() ? "" : "<h3>SHA-256</h3><pre>" + escaped(lines) + "</pre>";
+    return lines.empty() ? "" : "<h3>SHA-256</h3><pre>" + lines + "</pre>";
 }
 
 std::string detailsOf(const FileRecord& record, const RowSetting& setting, std::size_t firstChart) {
@@ -82,9 +81,10 @@ std::string detailsOf(const FileRecord& record, const RowSetting& setting, std::
            element("p", record.message + " \u00b7 " + dateText(record.time));
 }
 
-/// A path from a folder that it is below of.
+/// A path from a folder that it is below of; whole where the folder isn't known.
 std::string nameIn(const std::string& folder, const std::string& path) {
-    const bool isBelow = path.size() > folder.size() && path.starts_with(folder) &&
+    const bool isBelow = !folder.empty() && path.size() > folder.size() &&
+                         path.starts_with(folder) &&
                          (folder.ends_with('/') || path[folder.size()] == '/');
     return isBelow ? path.substr(folder.size() + (folder.ends_with('/') ? 0 : 1)) : path;
 }

@@ -6,14 +6,16 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
+#include <sstream>
 #include <string>
 
 namespace korlit::test {
 
 inline std::string readFile(const std::filesystem::path& path) {
     std::ifstream in{path, std::ios::binary};
-    return {std::istreambuf_iterator<char>{in}, {}};
+    std::ostringstream bytes;
+    bytes << in.rdbuf();
+    return bytes.str();
 }
 
 class TempFolder {
