@@ -76,7 +76,7 @@ double defaultHeight(std::size_t panelCount, double width) {
     constexpr double further = 270;
     constexpr double commonWidth = 1000;
     constexpr double narrowest = 0.5;
-    const std::size_t rows = rowCount(panelCount, columnCount(panelCount));
+    const std::size_t rows = rowCount(panelCount, columnCount(panelCount, width));
     const double height =
         rows < heights.size() ? heights.at(rows) : further * static_cast<double>(rows);
     return std::round(height * std::clamp(width / commonWidth, narrowest, 1.0));

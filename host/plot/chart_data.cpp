@@ -150,18 +150,18 @@ std::vector<ChartPanel> overlaid(const std::vector<std::vector<DataSet>>& files,
     const std::vector<std::string> names = namesOf(files);
     std::vector<ChartPanel> panels(most);
     for (std::size_t i = 0; i < most; ++i) {
+        std::optional<std::string> unit;
         for (std::size_t file = 0; file < files.size(); ++file) {
             // A file without this channel has its place in the legend nevertheless.
             ChartLine line{.name = names[file], .points = {}};
             if (i < files[file].size()) {
                 const ChartPanel own = panelOf(files[file][i], isInMinutes, chart, false);
-                panels[i].unit = panels[i].lines.empty() || panels[i].unit == own.unit
-                                     ? own.unit
-                                     : "in units of their own";
+                unit = unit.value_or(own.unit) == own.unit ? own.unit : "in units of their own";
                 line.points = own.lines.front().points;
             }
             panels[i].lines.push_back(std::move(line));
         }
+        panels[i].unit = unit.value_or("");
         panels[i].title = most > 1 ? "Channel " + std::to_string(i + 1) : "";
     }
     return panels;

@@ -19,7 +19,8 @@ constexpr double noteHeight = 15;
 constexpr double panelTitleHeight = 22;
 constexpr double panelGap = 12;
 constexpr double leastPlotHeight = 64;
-constexpr double leastPlotWidth = 120;
+constexpr double leastPlotWidth = 60;
+constexpr double goodPlotWidth = 120;
 
 double titleHeightOf(const ChartPanel& panel) {
     return panel.title.empty() && panel.note.empty() && panel.peaks.empty() ? 0 : panelTitleHeight;
@@ -58,10 +59,10 @@ Grid gridOf(cairo_t* context, const Chart& chart, std::size_t columns) {
 /// As many columns as look best, or more where the height asks for them.
 Grid gridFor(cairo_t* context, const Chart& chart, double leftMargin) {
     constexpr double goodPlotHeight = 100;
-    Grid best = gridOf(context, chart, columnCount(chart.panels.size()));
+    Grid best = gridOf(context, chart, columnCount(chart.panels.size(), chart.width));
     for (std::size_t columns = best.columns + 1; columns <= chart.panels.size(); ++columns) {
         const Grid grid = gridOf(context, chart, columns);
-        if (best.plotHeight >= goodPlotHeight || grid.pitch - leftMargin < leastPlotWidth) {
+        if (best.plotHeight >= goodPlotHeight || grid.pitch - leftMargin < goodPlotWidth) {
             break;
         }
         best = grid;
@@ -192,11 +193,22 @@ void placePlotLabels(cairo_t* context, Plot& plot, const Range& signal) {
     plot.values = valuesToShow(signal, labels, places, plot.box.height());
 }
 
+/// The ends of the axis that were asked for, and those of the signal for the others, unless it lies
+/// beyond.
+Range boundedBy(const Bounds& bounds, const Range& values) {
+    Range bounded{.from = bounds.from.value_or(values.from), .to = bounds.to.value_or(values.to)};
+    if (bounded.length() < 0) {
+        const double asked = bounds.from.value_or(bounded.to);
+        const Range around = widened({.from = asked, .to = asked});
+        bounded = bounds.from ? Range{.from = asked, .to = around.to}
+                              : Range{.from = around.from, .to = asked};
+    }
+    return widened(bounded);
+}
+
 /// Takes over the ends of the axis that were asked for. Names stay within the plot.
 void applyBounds(cairo_t* context, Plot& plot, const Bounds& bounds) {
-    plot.values = widened({.from = bounds.from.value_or(plot.values.from),
-                           .to = bounds.to.value_or(
-                               std::max(plot.values.to, bounds.from.value_or(plot.values.from)))});
+    plot.values = boundedBy(bounds, plot.values);
     if (!bounds.from && !bounds.to) {
         return;
     }
@@ -249,9 +261,10 @@ double leftMarginFor(cairo_t* context, const std::vector<Plot>& plots) {
 
 } // namespace
 
-std::size_t columnCount(std::size_t panelCount) {
+std::size_t columnCount(std::size_t panelCount, double width) {
     constexpr std::size_t mostInOneColumn = 4;
-    return panelCount > mostInOneColumn ? 2 : 1;
+    constexpr double roomForTwo = 480;
+    return panelCount > mostInOneColumn && width >= roomForTwo ? 2 : 1;
 }
 
 std::size_t rowCount(std::size_t panelCount, std::size_t columns) {

@@ -59,8 +59,9 @@ struct Plot {
     }
 };
 
-/// In how many columns and rows so many panels stand where there is room.
-std::size_t columnCount(std::size_t panelCount);
+/// In how many columns and rows so many panels stand on a chart of that width, where its height has
+/// room.
+std::size_t columnCount(std::size_t panelCount, double width);
 std::size_t rowCount(std::size_t panelCount, std::size_t columns);
 
 /// The plots of all panels. Throws a runtime_error with words for the user where the chart is too

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <limits>
 
 namespace korlit::host {
@@ -57,6 +58,30 @@ TEST(PlotTicks, AreRoundAndWithinTheRange) {
     }
 }
 
+TEST(PlotTicks, AreEvenAndAsTheirTextsSayOverAnyRange) {
+    for (const double size : {1e-289, 1e-9, 0.003, 0.7, 1.0, 20.0, 999.0, 1e6, 3.4e38, 1e300}) {
+        for (const Range& part : std::initializer_list<Range>{
+                 {0, 1}, {-1, 1}, {-0.3, 0.04}, {0.99, 1}, {-1, -0.999999}, {0.2, 0.2000001}}) {
+            const Range range = widened({.from = part.from * size, .to = part.to * size});
+            for (int most = 1; most < 30; ++most) {
+                const Ticks ticks = ticksFor(range, most);
+                const double slack = range.length() * 1e-5;
+                // The next larger round step would be at most 2.5 times as long.
+                EXPECT_LE(ticks.step() * (ticks.count - 1), range.length() + slack);
+                EXPECT_GE(ticks.step() * (ticks.count + 1), range.length() - slack);
+                EXPECT_GE(ticks.step() * most, range.length() - slack);
+                EXPECT_LE(ticks.step() * most, range.length() * 2.5 + slack);
+                for (int i = 0; i < ticks.count; ++i) {
+                    EXPECT_GE(ticks.value(i), range.from - slack);
+                    EXPECT_LE(ticks.value(i), range.to + slack);
+                    const std::string power = "e" + std::to_string(ticks.namedExponent);
+                    EXPECT_NEAR(std::stod(ticks.text(i) + power), ticks.value(i), slack);
+                }
+            }
+        }
+    }
+}
+
 TEST(PlotRange, IsWidenedOnlyIfTooNarrow) {
     struct Case {
         Range range;
@@ -85,6 +110,25 @@ TEST(PlotSamples, KeepEachColumnsExtremesAndGaps) {
                                       5, 5, none, 5, infinite, 5, 7}; // first, gap, last
     EXPECT_EQ(drawnOf(samples, 2), (Indices{0, 2, 4, 6, 7, 9, 13}));
     EXPECT_EQ(drawnOf(std::vector<double>(7, none), 1), (Indices{0, 6}));
+}
+
+TEST(PlotSamples, LoseNeitherAnEndNorAnExtreme) {
+    for (std::size_t count = 1; count < 90; ++count) {
+        std::vector<double> samples;
+        for (std::size_t i = 0; i < count; ++i) {
+            samples.push_back(static_cast<double>(i * 37 % count));
+        }
+        for (const std::size_t columns : {1U, 2U, 3U, 7U}) {
+            const std::vector<std::size_t> drawn = drawnOf(samples, columns);
+            EXPECT_TRUE(std::ranges::is_sorted(drawn, std::less_equal{}));
+            EXPECT_LE(drawn.size(), columns * 5);
+            EXPECT_EQ(drawn.front(), 0U);
+            EXPECT_EQ(drawn.back(), count - 1) << count << " in " << columns;
+            const auto value = [&](std::size_t i) { return samples[i]; };
+            EXPECT_EQ(value(std::ranges::min(drawn, {}, value)), std::ranges::min(samples));
+            EXPECT_EQ(value(std::ranges::max(drawn, {}, value)), std::ranges::max(samples));
+        }
+    }
 }
 
 TEST(PlotLine, IsCutBetweenItsPoints) {
@@ -147,6 +191,11 @@ TEST(PlotLabels, StandAboveTheSignalBesideADip) {
         placeLabels(labels, {.from = 0, .to = 100}, [](const Range&) { return 4.0; });
     EXPECT_EQ(places[0].base, 7);
     EXPECT_EQ(places[1].base, 4);
+    // Those that share an elbow share what they stand above, or their leaders would cross.
+    const std::vector<Label> crowd{{.anchor = 50, .length = 10}, {.anchor = 52, .length = 10}};
+    const auto moved =
+        placeLabels(crowd, {.from = 0, .to = 100}, [](const Range& columns) { return columns.to; });
+    EXPECT_EQ(moved[0].base, moved[1].base);
 }
 
 TEST(PlotLines, AreToldApart) {
@@ -171,11 +220,12 @@ TEST(PlotPanels, StandInColumnsWhenTheyAreMany) {
     };
     for (const auto& [panels, columns, rows, height] : std::initializer_list<Case>{
              {1, 1, 1, 560}, {3, 1, 3, 1100}, {4, 1, 4, 1340}, {5, 2, 3, 1100}, {9, 2, 5, 1350}}) {
-        EXPECT_EQ(columnCount(panels), columns);
+        EXPECT_EQ(columnCount(panels, 480), columns);
+        EXPECT_EQ(columnCount(panels, 479), 1U);
         EXPECT_EQ(rowCount(panels, columns), rows);
         EXPECT_EQ(defaultHeight(panels, 1000), height);
         EXPECT_EQ(defaultHeight(panels, 1600), height);
-        EXPECT_EQ(defaultHeight(panels, 300), height / 2);
+        EXPECT_EQ(defaultHeight(panels, 500), height / 2);
     }
 }
 
@@ -244,6 +294,7 @@ TEST(PlotTexts, ShowWhatHasAPicture) {
              {"\xC3\xA4\xE2\x82\xAC", "\xC3\xA4\xE2\x82\xAC"},
              {"a\x01\x7F\xC2\x85z", "a   z"},
              {"x\xEF\xBF\xBF\xF0\x9F\xBF\xBEy\xEF\xB7\x90", "x  y"},
+             {"\xEF\xB7\xAFx\xEF\xB7\xAFy\xEF\xB7\xB0", "x y\xEF\xB7\xB0"},
              {"\xE2\x80\xA8txt", "txt"},
              {"\xF0\x9F\x98\x80", "\xF0\x9F\x98\x80"},
              {" \t", ""},

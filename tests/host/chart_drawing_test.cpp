@@ -1,0 +1,291 @@
+// Charts as they are drawn, on the headers of what draws them.
+#include "host/plot/chart_axes.h"
+#include "host/plot/chart_legend.h"
+#include "host/plot/chart_text.h"
+#include "host/plot/chart_traces.h"
+#include "host/text/utf8.h"
+#include "tests/support/canvas.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace korlit::host {
+namespace {
+
+using test::Canvas;
+using test::chartWith;
+using test::white;
+
+TEST(ChartPen, FitsTextsAndAlignsThem) {
+    Canvas canvas{400, 400};
+    setFont(canvas, textSize);
+    for (const std::string text : {"Caff\xC3\xA9ine, anhydrous", "WWWWWWWW", "illlii", ""}) {
+        for (double width = 12; width < 130; width += 2.3) {
+            const std::string fit = fitted(canvas, text, width);
+            EXPECT_LE(drawnWidth(canvas, fit), width);
+            if (fit != text) {
+                ASSERT_TRUE(fit.ends_with("…"));
+                const std::size_t kept = fit.size() - std::strlen("…");
+                EXPECT_TRUE(text.starts_with(fit.substr(0, kept)));
+                EXPECT_GT(drawnWidth(canvas, text), width);
+                const std::string more = firstCharacters(text, characterCount(fit));
+                EXPECT_GT(drawnWidth(canvas, more + "…"), width) << text << ' ' << width;
+            }
+        }
+    }
+    for (const double alignment : {0.0, 0.5, 1.0}) {
+        Canvas across{400, 400};
+        Canvas upwards{400, 400};
+        setColour(across, ink);
+        setColour(upwards, ink);
+        setFont(across, textSize);
+        drawText(across, "HHHHHHHH", 200, 200, alignment);
+        setFont(upwards, textSize);
+        drawUpwards(upwards, "HHHHHHHH", textSize, 200, 200, alignment);
+        const double width = drawnWidth(canvas, "HHHHHHHH");
+        const Box level = across.ink();
+        const Box upright = upwards.ink();
+        EXPECT_NEAR(level.left, 200 - width * alignment, 2);
+        EXPECT_NEAR(level.right, 200 + width * (1 - alignment), 2);
+        EXPECT_NEAR(level.bottom, 200, 1);
+        EXPECT_NEAR(upright.bottom, 200 + width * alignment, 2);
+        EXPECT_NEAR(upright.top, 200 - width * (1 - alignment), 2);
+        EXPECT_NEAR((upright.left + upright.right) / 2, 200, 1);
+    }
+}
+
+/// A plot whose times and values are pixels from its lower left corner, which is at 50 and 150.
+Plot plotOf(const ChartPanel& panel) {
+    Plot plot;
+    plot.panel = &panel;
+    plot.box = {.left = 50, .top = 50, .right = 150, .bottom = 150};
+    plot.times = plot.values = {.from = 0, .to = 100};
+    return plot;
+}
+
+struct Dot {
+    double x;
+    double y;
+    Colour colour;
+};
+
+void expectDots(const Plot& plot, std::initializer_list<Dot> dots) {
+    Canvas canvas{200, 200};
+    drawTraces(canvas, plot);
+    const Box ink = canvas.ink();
+    EXPECT_TRUE(ink.left >= 50 && ink.top >= 50 && ink.right <= 150 && ink.bottom <= 150);
+    for (const auto& [x, y, colour] : dots) {
+        const int column = static_cast<int>(50 + x);
+        const int row = static_cast<int>(150 - y);
+        for (const Colour& other : {paper, gapGrey, signalBlue, peakBlue, baselineRed, faint,
+                                    lineStyle(0, 2).colour, lineStyle(1, 2).colour}) {
+            EXPECT_LE(canvas.distance(column, row, colour), canvas.distance(column, row, other))
+                << x << ' ' << y << ' ' << std::hex << canvas.pixel(column, row);
+        }
+    }
+}
+
+TEST(ChartTraces, HaveTheirColoursAtTheirPlaces) {
+    ChartPanel panel;
+    panel.lines = {{.name = "",
+                    .points = {{0, 10.5},
+                               {20, 10.5},
+                               {30, NAN},
+                               {40, 60.5},
+                               {50, NAN},
+                               {60, 20.5},
+                               {90, 20.5},
+                               {95, NAN}}}};
+    expectDots(plotOf(panel), {{10, 10.5, signalBlue},
+                               {10, 30, paper},
+                               {25, 80, gapGrey},
+                               {35, 80, gapGrey},
+                               {40, 60.5, signalBlue}, // alone between two gaps
+                               {55, 5, gapGrey},
+                               {70, 20.5, signalBlue},
+                               {70, 22.9, paper},
+                               {92, 99, gapGrey},
+                               {98, 99, paper}});
+    panel.lines.push_back({.name = "", .points = {{0, 40.5}, {100, 40.5}}});
+    expectDots(
+        plotOf(panel),
+        {{10, 10.5, lineStyle(0, 2).colour}, {10, 40.5, lineStyle(1, 2).colour}, {30, 80, paper}});
+    // A peak from -20 to 60, cut by the edge, and one behind the end.
+    panel.lines = {{.name = "", .points = {{0, 40.5}, {100, 40.5}}}};
+    ChartPeak peak{.apex = {.x = 20, .y = 40.5}};
+    peak.start = {.x = -20, .y = 40.5};
+    peak.end = {.x = 60.5, .y = 40.5};
+    peak.baseline = {{{.x = -20, .y = 5.5}, {.x = 60.5, .y = 5.5}}};
+    peak.isBaselineMeasured = true;
+    ChartPeak dashed{.apex = {.x = 85, .y = 40.5}};
+    dashed.start = {.x = 80, .y = 40.5};
+    dashed.end = {.x = 110, .y = 40.5};
+    dashed.baseline = {{{.x = 80, .y = 70.5}, {.x = 110, .y = 70.5}}};
+    panel.peaks = {peak, dashed};
+    expectDots(plotOf(panel), {{1, 20, peakBlue},
+                               {58, 38, peakBlue},
+                               {60.5, 38, baselineRed}, // where it ends
+                               {62, 20, paper},
+                               {30, 3, paper},
+                               {30, 43, paper},
+                               {30, 5.5, baselineRed},
+                               {82, 68, peakBlue},
+                               {98, 60, peakBlue},
+                               {82, 72.5, paper}});
+}
+
+TEST(ChartTraces, LeadToNamesThatHaveMoved) {
+    ChartPanel panel;
+    Plot plot = plotOf(panel);
+    plot.labels = {{.text = "a",
+                    .place = {.centre = 60.5, .base = 20, .elbow = 30},
+                    .apex = {.x = 50.5, .y = 20}}};
+    Canvas canvas{200, 200};
+    drawLabels(canvas, plot);
+    EXPECT_TRUE(canvas.pixel(100, 126) != white);
+    // The name stands 36 above the base, the leader goes up to it from 2 above the apex.
+    EXPECT_NEAR(canvas.ink().bottom, 128, 1);
+    plot.labels.front().apex.y = NAN;
+    plot.labels.front().isOverSignal = true;
+    Canvas lone{200, 200};
+    setColour(lone, ink);
+    cairo_paint(lone);
+    drawLabels(lone, plot);
+    EXPECT_TRUE(lone.has(100, 126, ink));
+    EXPECT_TRUE(lone.has(56, 93, paper)) << "of the name, above which nothing is seen";
+}
+
+/// In a column of pixels, or a row, the middles of what isn't paper.
+std::vector<double> marksIn(int length, const auto& isInk) {
+    std::vector<double> marks;
+    for (int i = 0, start = -1; i <= length; ++i) {
+        const bool isMarked = i < length && isInk(i);
+        start = isMarked && start < 0 ? i : start;
+        if (!isMarked && start >= 0) {
+            marks.push_back((start + i) / 2.0);
+            start = -1;
+        }
+    }
+    return marks;
+}
+
+TEST(ChartAxes, HaveEvenTicksFromEndToEnd) {
+    struct Case {
+        Range range;
+        int most;
+        double first;
+        double step;
+        std::size_t count;
+    };
+    for (const auto& [range, most, first, step, count] : std::initializer_list<Case>{
+             {{3, 27}, 3, 4, 2, 12},          // 10 and 20, five parts each
+             {{0, 40}, 2, 0, 5, 9},           // 0, 20 and 40, four parts each
+             {{-0.7, 0.7}, 3, -0.7, 0.1, 15}, // -0.5, 0 and 0.5
+         }) {
+        ChartPanel panel;
+        Plot plot = plotOf(panel);
+        plot.box = {.left = 100, .top = 50, .right = 700, .bottom = 650};
+        plot.times = plot.values = range;
+        plot.valueTicks = ticksFor(range, most);
+        Canvas canvas{800, 800};
+        drawAxes(canvas, plot, plot.valueTicks);
+        const auto rows = marksIn(800, [&](int y) { return canvas.pixel(98, y) != white; });
+        const auto columns = marksIn(800, [&](int x) { return canvas.pixel(x, 651) != white; });
+        ASSERT_EQ(rows.size(), count);
+        ASSERT_EQ(columns.size(), count);
+        for (std::size_t i = 0; i < count; ++i) {
+            const double value = first + step * static_cast<double>(i);
+            EXPECT_NEAR(columns[i], plot.x(value), 1);
+            EXPECT_NEAR(rows[count - 1 - i], plot.y(value), 1);
+        }
+    }
+}
+
+TEST(ChartAxes, HaveRoomForTheTextsOfTimes) {
+    ChartPanel panel;
+    Canvas canvas{10, 10};
+    for (const double width : {120.0, 300.0, 950.0}) {
+        for (const Range& times : std::initializer_list<Range>{{0, 1},
+                                                               {0, 20},
+                                                               {12345.1, 12345.9},
+                                                               {-1e-9, 1e-9},
+                                                               {123456.789, 123456.7892},
+                                                               {0, 1e12}}) {
+            Plot plot = plotOf(panel);
+            plot.box.right = plot.box.left + width;
+            plot.times = times;
+            const Ticks ticks = timeTicksFor(canvas, plot);
+            for (int i = 1; i < ticks.count; ++i) {
+                const double room = plot.x(ticks.value(i)) - plot.x(ticks.value(i - 1));
+                const double texts =
+                    drawnWidth(canvas, ticks.text(i)) + drawnWidth(canvas, ticks.text(i - 1));
+                EXPECT_GT(room - texts / 2, 10) << width << ' ' << ticks.text(i);
+            }
+        }
+    }
+}
+
+TEST(ChartLegend, HasOneStrokeForEachLine) {
+    for (const std::size_t lines : {1U, 2U, 7U, 12U}) {
+        for (const double width : {240.0, 1000.0}) {
+            Chart chart = chartWith(2, lines, width, 400);
+            chart.panels.front().lines.resize(1);
+            Canvas canvas{static_cast<int>(width), 400};
+            drawLegend(canvas, chart, 100);
+            const double height = legendHeight(canvas, chart);
+            const Box ink = canvas.ink();
+            EXPECT_EQ(height > 0, lines > 1);
+            EXPECT_LE(ink.right, width - outerMargin);
+            EXPECT_LE(ink.bottom, std::max(0.0, subtitleBaseline + height + 4));
+            EXPECT_GT(ink.top, lines == 1 ? -1 : subtitleBaseline);
+            double end = 0; // of the stroke before, rows below each other
+            for (std::size_t i = 0; lines > 1 && i < std::min<std::size_t>(lines, 7); ++i) {
+                const Colour colour = lineStyle(i, lines).colour;
+                const Box stroke =
+                    canvas.boundsOf([&](int x, int y) { return canvas.has(x, y, colour); });
+                const double place = stroke.top * width + stroke.left;
+                EXPECT_GT(place, end) << i << " of " << lines;
+                end = place;
+                EXPECT_TRUE(lines == 12 || (stroke.width() >= 21 && stroke.width() <= 22)) << i;
+                EXPECT_TRUE(lines == 12 || stroke.height() <= 2) << i;
+            }
+        }
+    }
+}
+
+/// Texts and lines of a whole chart keep off its edges; a panel without a sample says so.
+TEST(Charts, AreWholeAndSayWhatIsMissing) {
+    constexpr int height = 500;
+    for (const int width : {200, 241, 700}) {
+        for (const double last : {1.0, 20.0, 100000.0}) {
+            Chart chart = chartWith(3, 2, width, height);
+            chart.title = std::string(300, 'W');
+            chart.note = std::string(300, 'n');
+            chart.times.to = last;
+            chart.panels[1].lines[0].points = chart.panels[1].lines[1].points = {{1, NAN}};
+            chart.panels[2].lines[0].points = {{1, NAN}};
+            Canvas canvas{width, height};
+            drawChart(canvas, chart);
+            for (int x = 0; x < width; ++x) {
+                EXPECT_TRUE(canvas.pixel(x, 2) == white && canvas.pixel(x, height - 2) == white);
+            }
+            for (int y = 0; y < height; ++y) {
+                EXPECT_TRUE(canvas.pixel(2, y) == white && canvas.pixel(width - 2, y) == white)
+                    << width << ' ' << last << ' ' << y;
+            }
+            for (const Plot& plot : layOut(canvas, chart)) {
+                std::size_t faintCount = 0;
+                for (int y = static_cast<int>(plot.box.top) + 2; y < plot.box.bottom - 1; ++y) {
+                    for (int x = static_cast<int>(plot.box.left) + 2; x < plot.box.right - 1; ++x) {
+                        faintCount += canvas.has(x, y, faint) ? 1 : 0;
+                    }
+                }
+                EXPECT_EQ(faintCount > 0, plot.panel == &chart.panels[1]);
+            }
+        }
+    }
+}
+
+} // namespace
+} // namespace korlit::host

@@ -1,0 +1,141 @@
+// Where the panels of a chart go and what they name, and what its file needs, on their own headers.
+#include "host/plot/chart_file.h"
+#include "host/plot/chart_legend.h"
+#include "tests/support/canvas.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <stdexcept>
+
+namespace korlit::host {
+namespace {
+
+using test::Canvas;
+using test::chartWith;
+
+TEST(ChartLayout, KeepsPanelsApartAndWithinTheChart) {
+    Canvas canvas{10, 10};
+    for (const std::size_t panels : {1U, 2U, 3U, 4U, 5U, 9U}) {
+        for (const double width : {300.0, 1000.0}) {
+            const Chart chart = chartWith(panels, 3, width, defaultHeight(panels, width) + 100);
+            const std::vector<Plot> plots = layOut(canvas, chart);
+            ASSERT_EQ(plots.size(), panels);
+            for (std::size_t i = 0; i < panels; ++i) {
+                const Plot& plot = plots[i];
+                EXPECT_EQ(plot.panel, &chart.panels[i]);
+                EXPECT_GE(plot.box.top, subtitleBaseline + 10 + legendHeight(canvas, chart));
+                EXPECT_GE(plot.outerLeft, outerMargin);
+                EXPECT_LE(plot.box.bottom, chart.height - 50 + 1e-9);
+                EXPECT_TRUE(plot.values.contains(-1e5) && plot.values.contains(12345.6));
+                for (int tick = 0; tick < plot.valueTicks.count; ++tick) {
+                    EXPECT_LE(plot.outerLeft + 20 + drawnWidth(canvas, plot.valueTicks.text(tick)),
+                              plot.box.left - tickLength);
+                }
+                bool isAnyBelow = false;
+                for (std::size_t other = 0; other < panels; ++other) {
+                    const Box& box = plots[other].box;
+                    const bool isBeside = box.left != plot.box.left;
+                    isAnyBelow = isAnyBelow || (!isBeside && box.top > plot.box.top);
+                    EXPECT_TRUE(other == i || box.right <= plot.outerLeft ||
+                                plot.box.right <= plots[other].outerLeft ||
+                                box.bottom + 30 <= plot.box.top || plot.box.bottom + 30 <= box.top)
+                        << i << " and " << other << " of " << panels;
+                }
+                EXPECT_EQ(plot.isLowest, !isAnyBelow);
+            }
+        }
+    }
+}
+
+TEST(ChartLayout, TellsTheLeastHeight) {
+    Canvas canvas{10, 10};
+    for (const std::size_t panels : {1U, 3U, 9U}) {
+        Chart chart = chartWith(panels, 1, 300, 1);
+        std::string words;
+        for (int i = 0; i < 2; ++i) {
+            try {
+                layOut(canvas, chart);
+                words = "";
+            } catch (const std::runtime_error& error) {
+                words = error.what();
+                chart.height = std::stod(words.substr(words.find(" of ", 10) + 4));
+            }
+        }
+        EXPECT_EQ(words, "") << panels;
+        chart.height -= 1;
+        EXPECT_THROW(layOut(canvas, chart), std::runtime_error);
+    }
+}
+
+TEST(ChartLayout, NamesTheHighestPeaksWithinItsBounds) {
+    Canvas canvas{10, 10};
+    for (const Bounds& bounds : {Bounds{}, Bounds{.from = 0, .to = 50},
+                                 Bounds{.from = {}, .to = -5}, Bounds{.from = 1e6, .to = {}}}) {
+        Chart chart = chartWith(1, 1, 600, 400);
+        chart.values = bounds;
+        chart.panels[0].lines[0].points = {{0, -100}, {1, 100}, {20, 100}};
+        chart.panels[0].note = "seen";
+        for (int i = 0; i < 100; ++i) { // to both sides, the highest last
+            ChartPeak peak{.label = std::to_string(i),
+                           .apex = {.x = 10, .y = (i % 2 == 0 ? 1.0 : -1.0) * i}};
+            chart.panels[0].peaks.push_back(peak);
+        }
+        chart.panels[0].peaks.push_back({.label = "out", .apex = {.x = 20.1, .y = 1000}});
+        const Plot plot = layOut(canvas, chart).front();
+        const std::size_t count = plot.labels.size();
+        EXPECT_GT(count, 10U);
+        EXPECT_EQ(plot.note, "seen; labels at " + std::to_string(count) + " of 100 peaks");
+        EXPECT_EQ(plot.values.from, bounds.from.value_or(plot.values.from));
+        EXPECT_EQ(plot.values.to, bounds.to.value_or(plot.values.to));
+        EXPECT_LT(plot.values.from, plot.values.to);
+        setFont(canvas, smallSize);
+        for (const PlacedLabel& label : plot.labels) {
+            EXPECT_GE(std::stoi(label.text), 100 - static_cast<int>(count));
+            const double bottom = plot.y(label.place.base) - label.place.clearance();
+            EXPECT_GE(bottom - drawnWidth(canvas, label.text), plot.box.top - 1e-6);
+            EXPECT_LE(plot.y(label.place.base), plot.box.bottom + 1e-6);
+        }
+    }
+}
+
+TEST(ChartLayout, PutsTheNameOfADipAboveItsEnds) {
+    Canvas canvas{10, 10};
+    Chart chart = chartWith(1, 1, 1000, 400);
+    chart.panels[0].lines[0].points = {{0, 9}, {5, 50}, {10, -90}, {15, 60}, {16, 99}, {20, 99}};
+    ChartPeak peak{.label = "dip", .apex = {.x = 10, .y = -90}};
+    peak.start = {.x = 5, .y = 50};
+    peak.end = {.x = 15, .y = 60};
+    chart.panels[0].peaks = {peak};
+    EXPECT_EQ(layOut(canvas, chart).front().labels.at(0).place.base, 60);
+}
+
+TEST(ChartFiles, TellWhichCharactersHaveNoPicture) {
+    Chart chart = chartWith(1, 1, 100, 100);
+    EXPECT_EQ(missingPictures(chart), std::vector<std::string>{});
+    chart.title = "\U000F0002\uE001";
+    chart.subtitle = "\uE003";
+    chart.note = "\uE001";
+    chart.panels[0].title = "\uE004";
+    chart.panels[0].unit = "\uE005";
+    chart.panels[0].lines[0].name = "\uE006";
+    chart.panels[0].peaks = {{.label = "\uE007", .apex = {}}};
+    EXPECT_EQ(missingPictures(chart),
+              (std::vector<std::string>{"U+E001", "U+E003", "U+E004", "U+E005", "U+E006", "U+E007",
+                                        "U+F0002"}));
+}
+
+TEST(ChartFiles, FitToTheirPaper) {
+    for (const std::size_t panels : {1U, 2U, 3U}) {
+        Chart chart = chartWith(panels, 1, 1, 1);
+        fitTo(chart, Paper::A4); // 210 by 297 millimetres in points
+        EXPECT_NEAR(chart.width, panels > 2 ? 595.28 : 841.89, 0.01);
+        EXPECT_NEAR(chart.height, panels > 2 ? 841.89 : 595.28, 0.01);
+        fitTo(chart, Paper::Letter);
+        EXPECT_EQ(chart.width, panels > 2 ? 612 : 792);
+        EXPECT_EQ(chart.height, panels > 2 ? 792 : 612);
+    }
+}
+
+} // namespace
+} // namespace korlit::host
