@@ -104,17 +104,23 @@ std::string flawOfReport(const std::string& file, std::int64_t size) {
     return due > size ? cutWords(size, due, "bytes") : "";
 }
 
+/// Of a run with so many channels that no conversion takes it; empty of any other file.
+std::string oddChannels(const FileStart& start) {
+    constexpr int mostBelievable = 100;
+    const auto channels = start.recordAt<std::int16_t>(runHeadSize - sizeof(std::int16_t));
+    const bool isOdd = channels == 0 || (channels > maxChannels && channels <= mostBelievable);
+    return hasRunVersion(start) && start.length >= runHeadSize && isOdd
+               ? "a Dunvale run of " + std::to_string(channels) + " channels: 1 to " +
+                     std::to_string(maxChannels) + " can be read"
+               : "";
+}
+
 /// What a file may be that is read as ANDI since it is of no known kind: a slice file by another
 /// name, or a run of so many channels that no conversion takes it. Empty where nothing speaks for
 /// it.
 std::string likenessOf(const FileStart& start) {
-    constexpr std::int64_t headSize = runHeadSize;
-    constexpr int mostBelievable = 100;
-    const auto channels = start.recordAt<std::int16_t>(headSize - sizeof(std::int16_t));
-    const bool isOdd = channels == 0 || (channels > maxChannels && channels <= mostBelievable);
-    if (hasRunVersion(start) && start.length >= headSize && isOdd) {
-        return "a Dunvale run of " + std::to_string(channels) + " channels: 1 to " +
-               std::to_string(maxChannels) + " can be read";
+    if (std::string run = oddChannels(start); !run.empty()) {
+        return run;
     }
     const std::int64_t points = start.recordAt<std::uint32_t>(offsetof(SliHeader, PointCount));
     const std::int64_t size = sliceDataOffset + std::int64_t{sizeof(float)} * points;
@@ -173,7 +179,8 @@ std::string flawOfPairFile(const std::string& file, std::int64_t size) {
 }
 
 std::string flawOfRun(const std::string& file, std::int64_t /*size*/) {
-    return runCut(file).words;
+    const std::string cut = runCut(file).words;
+    return cut.empty() ? oddChannels(startOf(file)) : cut;
 }
 
 RunCut runCut(const std::string& file) {
