@@ -60,12 +60,6 @@ std::string load(AndiImage& image, const std::string& path) {
                     [](const AndiVariable& variable) { return !isOfSpectra(variable); });
 }
 
-/// The spectra of a mass spectrometer are most of its files, and no chromatogram.
-bool isOfSpectra(const AndiVariable& variable) {
-    return isNamed(variable.Name, "mass_values") || isNamed(variable.Name, "intensity_values") ||
-           isNamed(variable.Name, "time_values");
-}
-
 std::string loadHeader(AndiImage& image, const std::string& path) {
     return loadPart(image, path, [](const AndiVariable& /*variable*/) { return false; });
 }
