@@ -22,7 +22,7 @@ RecordedChannel channelOf(const DataSet& set, int number) {
                             .peaks = {},
                             .outline = outlineOf(set.signal)};
     if (hasTimes(set)) {
-        channel.times = {set.delayTime, set.delayTime + set.runTime()};
+        channel.times = {set.timeOf(0), set.timeOf(0) + set.runTime()};
     }
     if (const auto extremes = extremesOf(set.signal, isFinite)) {
         channel.values = {set.signal[extremes->minimum], set.signal[extremes->maximum]};
