@@ -193,6 +193,20 @@ TEST_F(Expected, OfAndiFilesIsWhatTheLibraryMakesOfThem) {
     EXPECT_GT(count, 50);
 }
 
+TEST_F(Expected, OfTextsThatAreNumbersHasTheirDigitsUpToTheWidestNumbers) {
+    for (const char* number :
+         {"3 1 -1", "4 1 2147483647", "4 1 -2147483648", "5 1 2147483648f", "5 1 -2147483904f",
+          "5 1 4e9f", "5 1 0.1f", "5 1 nanf", "5 1 -inff"}) {
+        AndiText andi;
+        andi.globals = std::string{"12 1 'sample_name' "} + number;
+        const std::string file = folder.write("run.cdf", andi.bytes());
+        ASSERT_EQ(callAsHost(Andi2Merivolta, file).result, 1);
+        EXPECT_EQ(unexpectedIn(expectedOfPair(readAndi(file)), readPair(folder.path("run.sli"))),
+                  std::vector<std::string>{})
+            << number;
+    }
+}
+
 TEST_F(Expected, OfWholeMeasurementsIsWhatTheLibraryMakesOfThem) {
     for (const std::string name :
          {SAMPLES "gc_run.sli", SAMPLES "hplc_run.cdf", FOREIGN_ANDI_FILE}) {

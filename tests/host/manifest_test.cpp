@@ -1,6 +1,7 @@
 // The lines of a manifest, and which of them still count.
 #include "host/manifest/manifest.h"
 #include "host/manifest/newest.h"
+#include "host/manifest/outline.h"
 #include "tests/support/temp_folder.h"
 
 #include <gtest/gtest.h>
@@ -70,6 +71,45 @@ TEST(ManifestLine, HoldsAllOfARecordButNoPartOfALine) {
     EXPECT_EQ(read.verdict->expected[0].count, 3);
 }
 
+TEST(ManifestLine, HoldsEachPathByItsBytesAndEachNumberToItsLast) {
+    const auto fileOf = [](const FileRecord& record) {
+        return std::get<FileRecord>(*recordIn(lineOf(record)));
+    };
+    FileRecord record = fullRecord();
+    for (int byte = 1; byte < 256; ++byte) {
+        const std::string path = std::string{"/d/"} + static_cast<char>(byte) + "x \xC3\xBC";
+        record.sources[0].path = path;
+        record.outputs[0].path = path;
+        record.sample = path;
+        const BatchRecord batch{.batch = "b",
+                                .time = "",
+                                .version = "",
+                                .machine = path,
+                                .folder = path,
+                                .arguments = {path},
+                                .fileCount = 1};
+        const FileRecord read = fileOf(record);
+        EXPECT_EQ(read.sources[0].path, path) << byte;
+        EXPECT_EQ(read.outputs[0].path, path) << byte;
+        EXPECT_EQ(std::get<BatchRecord>(*recordIn(lineOf(batch))).folder, path) << byte;
+        EXPECT_EQ(read.sample == path, byte < 0x80) << byte; // all else is a text
+    }
+    for (const auto& values : {std::pair{-1e300, 1e300}, std::pair{0.123456789012345, 1e9 + 0.25},
+                               std::pair{-0.0, 5e-324}}) {
+        record.channels[0].values = values;
+        EXPECT_EQ(fileOf(record).channels[0].values, values);
+    }
+    for (const bool isSame : {true, false}) {
+        record.verdict->isSame = isSame;
+        EXPECT_EQ(fileOf(record).verdict->isSame, isSame);
+    }
+    record.sources.clear();
+    EXPECT_FALSE(recordIn(lineOf(record)));
+    record = fullRecord();
+    record.result = "done";
+    EXPECT_FALSE(recordIn(lineOf(record)));
+}
+
 TEST(ManifestLine, OfAnotherShapeIsNoRecord) {
     for (const char* line :
          {"", "{}", "[]", "null", "1", "\"file\"", "{", "{\"record\":\"file\"}", "not JSON",
@@ -120,7 +160,10 @@ TEST(NewestRecords, OvertakeThoseOfTheSameSource) {
              {{"failed a", "failed a"}, {1}},
              {{"failed a", "failed b"}, {0, 1}},
              {{"converted a x", "failed a"}, {0, 1}},
+             {{"converted a x", "failed a x"}, {0, 1}},
              {{"converted a x", "failed a", "skipped a x"}, {0, 1}},
+             {{"converted a x", "converted a y", "converted a x"}, {1, 2}},
+             {{"converted a x", "skipped b x"}, {0, 1}},
              {{"skipped a x", "converted a x", "failed a", "converted a x"}, {3}},
          }) {
         Manifest manifest;
@@ -161,6 +204,98 @@ TEST(Manifests, AreReadByTheTimesOfTheirRecords) {
         EXPECT_EQ(times, "2026-03-01T10:00:00+02:00; 2026-03-01T08:30:00+00:00; no time; "
                          "2026-03-01T09:30:00Z; ");
     }
+}
+
+TEST(Manifests, AreToldToBeCutAtWhateverByteTheyAre) {
+    const TempFolder folder;
+    std::string lines;
+    std::vector<std::size_t> ends; // of whole records, without their ends of line
+    for (const char* words : {"converted a x", "failed b", "converted c y"}) {
+        lines += lineOf(recordOf(words));
+        ends.push_back(lines.size() - 1);
+    }
+    for (std::size_t size = 0; size <= lines.size(); ++size) {
+        const auto whole =
+            std::ranges::count_if(ends, [&](std::size_t end) { return end <= size; });
+        const bool isCut =
+            size > 0 && lines[size - 1] != '\n' && std::ranges::find(ends, size) == ends.end();
+        testing::internal::CaptureStderr();
+        const int status = withManifests({folder.write("cut", lines.substr(0, size))},
+                                         {.command = "test", .use = [&](const Manifest& read) {
+                                              EXPECT_EQ(std::ssize(read.files), whole) << size;
+                                              EXPECT_EQ(read.problems.size(), isCut ? 1U : 0U)
+                                                  << size;
+                                              return 0;
+                                          }});
+        const std::string errors = testing::internal::GetCapturedStderr();
+        EXPECT_EQ(status, whole == 0 ? 2 : 0) << size;
+        EXPECT_EQ(errors.empty(), whole > 0 && !isCut) << size << errors;
+    }
+}
+
+TEST(Manifests, TellWhichBatchesLackRecords) {
+    for (const auto& [fileCount, isUnfinished] :
+         {std::pair{1U, false}, std::pair{2U, false}, std::pair{3U, true}}) {
+        Manifest manifest;
+        add(manifest, BatchRecord{.batch = "b",
+                                  .time = "T",
+                                  .version = "",
+                                  .machine = "",
+                                  .folder = "",
+                                  .arguments = {},
+                                  .fileCount = fileCount});
+        for (const char* batch : {"b", "b", "other"}) {
+            FileRecord record = fullRecord();
+            record.batch = batch;
+            add(manifest, record);
+        }
+        EXPECT_EQ(unfinishedBatches(manifest),
+                  isUnfinished ? std::vector<std::string>{"The batch of T has a record of 2 of its "
+                                                          "3 files: it was interrupted, or still "
+                                                          "runs."}
+                               : std::vector<std::string>{});
+    }
+}
+
+TEST(Digests, AreOfAllBytesOfAFile) {
+    const TempFolder folder;
+    // As sha256sum has them, around the size of what is read at once.
+    for (const auto& [size, sha256] : std::initializer_list<std::pair<std::size_t, const char*>>{
+             {0, "e3b0c44298fc1c149afbf4c8996fb92427ae41e4649b934ca495991b7852b855"},
+             {1, "ca978112ca1bbdcafac231b39a23dc4da786eff8147c4e72b9807785afee48bb"},
+             {262'143, "0379854ae435b4c82999632f674694ce1f98103f645f44ba68c901a83a2b00fd"},
+             {262'144, "dd3dde87623d9a6b354c68c943d189c89c63652d945e7bbdf0986cae91a49521"},
+             {262'145, "c592f4a6b099700b5050ce8bc67367f0c8f44810203124e86405c3e7b6f1a2ba"},
+             {600'000, "ded93777580eeaa7d906cb0f16b9706b1000067eaf0f3b6c1d03a8bc6a15bf15"}}) {
+        const auto digest = digestOf(folder.write("a", std::string(size, 'a')));
+        EXPECT_EQ(digest, (FileDigest{.size = static_cast<std::int64_t>(size), .sha256 = sha256}));
+    }
+    EXPECT_FALSE(digestOf(folder.path("none")));
+    EXPECT_FALSE(digestOf(folder.path("")));
+}
+
+TEST(Outlines, HaveTheLeastAndTheGreatestOfEachStretch) {
+    constexpr float gap = std::numeric_limits<float>::quiet_NaN();
+    const auto outline = [](const std::vector<float>& samples) {
+        return outlineOf({AndiType::Float, samples.data(), samples.size()});
+    };
+    EXPECT_EQ(outline({}), Outline{});
+    EXPECT_EQ(outline({gap}), (Outline{-1, -1}));
+    EXPECT_EQ(outline({7}), (Outline{0, 0}));
+    // Rounded to the nearest of 251 heights.
+    EXPECT_EQ(outline({0, 1000, 3, 1, gap, 2.1F}),
+              (Outline{0, 0, 250, 250, 1, 1, 0, 0, -1, -1, 1, 1}));
+    EXPECT_EQ(outline({-3e38F, 0, 3e38F}), (Outline{0, 0, 125, 125, 250, 250}));
+    // 151 samples share 150 stretches, the last two the last.
+    std::vector<float> samples(151, 0);
+    samples[149] = 250;
+    samples[150] = 100;
+    Outline last = outline(samples);
+    ASSERT_EQ(last.size(), 300U);
+    EXPECT_EQ((Outline{last.end() - 4, last.end()}), (Outline{0, 0, 100, 250}));
+    EXPECT_EQ(thinned({5, 9, 2, 8, -1, -1, 4, 7}, 2), (Outline{2, 9, 4, 7}));
+    EXPECT_EQ(thinned({5, 9, 2, 8, 1, 4}, 2), (Outline{5, 9, 1, 8}));
+    EXPECT_EQ(thinned({5, 9, -1, -1}, 3), (Outline{5, 9, -1, -1}));
 }
 
 TEST(ManifestPlace, IsAFileOfRecordsOrNone) {
