@@ -102,8 +102,11 @@ void readTotalIon(DataSet& set, const AndiImage& image) {
     takeTimes(set, variableOf(image, "scan_acquisition_time"), 1.0 / secondsPerMinute);
     readTexts(set, image);
     for (const auto& [name, otherName] : otherNames) {
-        if (set.text(name).empty() && !set.text(otherName).empty()) {
-            set.texts.emplace_back(name, set.text(otherName));
+        const std::string text = set.text(otherName);
+        if (set.text(name).empty() && !text.empty()) {
+            std::erase_if(set.texts,
+                          [usual = name](const auto& each) { return each.first == usual; });
+            set.texts.emplace_back(name, text);
         }
     }
     for (const AndiAttribute& each : attributesOf(intensities->Attributes)) {
