@@ -115,6 +115,13 @@ TEST_F(Rules, WantOfEachVariableItsNameTypeAndDimension) {
             }
         }
     }
+    // An attribute does for a number, but for no column.
+    EXPECT_EQ(foundOfStructure({{"'actual_delay_time' 0", "'xctual_delay_time' 0"},
+                                {"'autosampler_position' 2", "'actual_delay_time' 2"}}),
+              "");
+    EXPECT_EQ(
+        foundOfStructure({{"'peak_area' 1", "'xeak_area' 1"}, {"'error_log' 2", "'peak_area' 2"}}),
+        "warning missing-variable");
     // Of any type, but over the peaks.
     const std::string marks = "'manually_reintegrated_peaks' 1 ";
     EXPECT_EQ(foundOfStructure({{marks + "1 0 0 3", marks + "4 0 0 3"}}),

@@ -1,9 +1,11 @@
-// Numbers where they lie, what is worked out of them, and files that get other samples.
+// Numbers where they lie, data sets as they are read and staged, and what is worked out of them.
+#include "host/data/data_set.h"
 #include "host/data/facts.h"
-#include "host/data/resampled_file.h"
+#include "host/files/staging.h"
 #include "host/manifest/file_facts.h"
-#include "native/pair_rules.h"
+#include "host/text/wrong_use.h"
 #include "tests/support/andi_text.h"
+#include "tests/support/run_text.h"
 #include "tests/support/temp_folder.h"
 
 #include <gtest/gtest.h>
@@ -17,7 +19,7 @@ namespace {
 
 using namespace korlit::test;
 
-constexpr float none = std::numeric_limits<float>::quiet_NaN();
+constexpr float noNumber = std::numeric_limits<float>::quiet_NaN();
 constexpr float infinite = std::numeric_limits<float>::infinity();
 
 NumberView viewOf(const std::vector<float>& numbers) {
@@ -72,6 +74,130 @@ TEST(Images, LeaveOutMassSpectraAndAllDataWhereOnlyTheHeaderIsAskedFor) {
     }
 }
 
+/// A file of the samples 5, 7 and 6 with further texts and three floats of a variable besides.
+AndiText withVariable(const std::string& variable, const std::string& data) {
+    AndiText file;
+    file.variables = "11 2 'ordinate_values' 1 0 0 0 5 12 1024 " + variable;
+    file.data += " " + data;
+    return file;
+}
+
+TEST(DataSets, HaveTimesThatAscendOneForEachSample) {
+    const TempFolder folder;
+    for (const auto& [data, areTaken] :
+         std::initializer_list<std::pair<const char*, bool>>{{"1f 2f 2f", true},
+                                                             {"-1f 0f 3f", true},
+                                                             {"1f 2f 1.5f", false},
+                                                             {"2f 1f 3f", false},
+                                                             {"nanf 1f 2f", false},
+                                                             {"1f 2f inff", false}}) {
+        for (const char* flag : {"N", "Y"}) {
+            AndiText file = withVariable("'raw_data_retention' 1 0 0 0 5 12 1036", data);
+            file.globals = oneText("uniform_sampling_flag", flag);
+            const DataSet set = loadDataSets(folder.write("x.cdf", file.bytes())).front();
+            EXPECT_EQ(set.times.size(), areTaken && *flag == 'N' ? 3U : 0U) << flag << data;
+        }
+    }
+    AndiText file = withVariable("'raw_data_retention' 1 1 0 0 5 8 1036", "1f 2f");
+    file.dimensions = "10 2 'point_number' 3 'two' 2";
+    file.globals = oneText("uniform_sampling_flag", "N");
+    EXPECT_TRUE(loadDataSets(folder.write("x.cdf", file.bytes())).front().times.empty());
+}
+
+TEST(DataSets, HaveIntervalsOfWholeMillisecondsWhereAFloatCanBeThat) {
+    const TempFolder folder;
+    struct Case {
+        const char* unit;
+        const char* interval;
+        double ms;
+    };
+    for (const auto& [unit, interval, ms] :
+         std::initializer_list<Case>{{"seconds", "0.2f", 200},
+                                     {"seconds", "0.0333f", 33.3},
+                                     {"seconds", "32.767f", 32767},
+                                     {"minutes", "0.001f", 60},
+                                     {"minutes", "0.00333333f", 199.9998},
+                                     {"seconds", "0f", 0}}) {
+        AndiText file = withVariable("'actual_sampling_interval' 0 0 0 5 4 1036", interval);
+        file.globals = oneText("retention_unit", unit);
+        const DataSet set = loadDataSets(folder.write("x.cdf", file.bytes())).front();
+        if (ms == std::round(ms)) {
+            EXPECT_EQ(set.samplingInterval, ms / 60000) << interval;
+        } else {
+            EXPECT_NEAR(set.samplingInterval * 60000, ms, ms * 1e-7) << interval;
+        }
+    }
+}
+
+TEST(DataSets, HaveAPeakForEachNameOrTime) {
+    const TempFolder folder;
+    AndiText file = withVariable("'peak_name' 2 0 1 0 0 2 6 1036", "\"ab__c_\"");
+    file.dimensions = "10 2 'point_number' 3 'length' 2";
+    const DataSet set = loadDataSets(folder.write("x.cdf", file.bytes())).front();
+    ASSERT_EQ(set.peaks.size(), 3U);
+    EXPECT_EQ(set.peaks[0].name, "ab");
+    EXPECT_EQ(set.peaks[2].name, "c_");
+    EXPECT_FALSE(set.peaks[0].retentionTime);
+    file = withVariable("'peak_retention_time' 1 0 0 0 5 12 1036", "60f 120f 180f");
+    const DataSet timed = loadDataSets(folder.write("x.cdf", file.bytes())).front();
+    ASSERT_EQ(timed.peaks.size(), 3U);
+    EXPECT_EQ(timed.peaks[2].retentionTime, 3);
+    EXPECT_EQ(timed.peaks[2].name, "");
+}
+
+TEST(DataSets, OfAMassSpectrometerTakeOtherNamesWhereTheUsualOnesAreMissing) {
+    const TempFolder folder;
+    const std::string title = "'experiment_title' 2 1 \"T\"";
+    for (const auto& [globals, sample, count] :
+         {std::tuple{"12 1 " + title, "T", 2U},
+          std::tuple{"12 2 " + title + " 'sample_name' 2 1 \"S\"", "S", 2U},
+          std::tuple{"12 2 " + title + " 'sample_name' 2 0", "T", 2U}}) {
+        AndiText file;
+        file.globals = globals;
+        file.variables = "11 1 'total_intensity' 1 0 0 0 5 12 1024";
+        const DataSet set = loadDataSets(folder.write("x.cdf", file.bytes())).front();
+        EXPECT_TRUE(set.isTotalIon && !set.isUniform && set.times.empty());
+        EXPECT_EQ(set.signal[1], 7);
+        EXPECT_EQ(set.text("sample_name"), sample);
+        EXPECT_EQ(set.texts.size(), count);
+    }
+}
+
+TEST(DataSets, OfARunAreItsChannelsOrOneOfThem) {
+    for (const int channel : {0, 1, 2, 3, 4}) {
+        std::vector<DataSet> sets(3);
+        for (std::size_t i = 0; i < sets.size(); ++i) {
+            sets[i].kind = FileKind::Dunvale;
+            sets[i].channel = static_cast<int>(i) + 1;
+        }
+        if (channel > 3) {
+            EXPECT_THROW(pickChannel(sets, channel), WrongUse);
+            continue;
+        }
+        pickChannel(sets, channel);
+        EXPECT_EQ(sets.size(), channel == 0 ? 3U : 1U);
+        EXPECT_EQ(sets.front().channel, std::max(channel, 1));
+    }
+}
+
+TEST(Staging, NamesTheSourceHoweverLongTheStagedNameIs) {
+    const TempFolder folder;
+    const std::string source = folder.write("x.run", RunText{}.bytes());
+    for (std::size_t length = source.size() - 4; length < source.size() + 4; ++length) {
+        const TempFolder stage;
+        const std::string stem(length - std::strlen(".run"), 's');
+        const Plan plan = planFor(source, FileKind::Dunvale, folder.path(""), stem);
+        const StagedResult result = convertStaged(plan, stage.path(""));
+        EXPECT_TRUE(result.isConverted) << result.message;
+        EXPECT_EQ(result.points, 6);
+        EXPECT_EQ(result.peaks, 2);
+        const DataSet set = loadDataSets(stage.path(stem + "1.cdf")).front();
+        EXPECT_EQ(set.text("source_file_reference"), source);
+        EXPECT_EQ(set.signal[2], 12); // by its factor
+        EXPECT_EQ(set.peaks[1].retentionTime, 1.5);
+    }
+}
+
 TEST(Facts, AreOfTheSamplesThatCount) {
     using Found = std::optional<Extremes>;
     struct Case {
@@ -81,11 +207,11 @@ TEST(Facts, AreOfTheSamplesThatCount) {
     };
     for (const auto& [samples, all, finite] : std::initializer_list<Case>{
              {{}, {}, {}},
-             {{none, none}, {}, {}},
-             {{none, 3}, Extremes{1, 1}, Extremes{1, 1}},
+             {{noNumber, noNumber}, {}, {}},
+             {{noNumber, 3}, Extremes{1, 1}, Extremes{1, 1}},
              {{2, 1, 3, 1, 3}, Extremes{1, 2}, Extremes{1, 2}}, // the first of each
              {{3, 2, 1}, Extremes{2, 0}, Extremes{2, 0}},
-             {{-1, infinite, none, -infinite, 0}, Extremes{3, 1}, Extremes{0, 4}},
+             {{-1, infinite, noNumber, -infinite, 0}, Extremes{3, 1}, Extremes{0, 4}},
              {{0, -0.0F}, Extremes{0, 0}, Extremes{0, 0}},
          }) {
         EXPECT_EQ(extremesOf(viewOf(samples)), all);
@@ -111,8 +237,8 @@ TEST(Facts, AreOfTheTimesThatAFileHas) {
     }
     for (const auto& [interval, delay, isGood] :
          {std::tuple{0.1, -1.0, true}, std::tuple{0.0, 0.0, false}, std::tuple{-0.1, 0.0, false},
-          std::tuple{double{none}, 0.0, false}, std::tuple{double{infinite}, 0.0, false},
-          std::tuple{0.1, double{none}, false}}) {
+          std::tuple{double{noNumber}, 0.0, false}, std::tuple{HUGE_VAL, 0.0, false},
+          std::tuple{0.1, double{noNumber}, false}}) {
         DataSet set;
         set.samplingInterval = interval;
         set.delayTime = delay;
@@ -123,7 +249,7 @@ TEST(Facts, AreOfTheTimesThatAFileHas) {
 }
 
 TEST(Facts, OfARecordAreOfTheFirstSampleAndTheEnd) {
-    const std::vector<float> samples{none, 5, infinite, -2};
+    const std::vector<float> samples{noNumber, 5, infinite, -2};
     const std::vector<float> times{60, 90, 120, 180};
     DataSet even;
     even.texts = {{"sample_name", "S"}, {"injection_date_time_stamp", "20240229120000+0100"}};
@@ -151,74 +277,6 @@ TEST(Facts, OfARecordAreOfTheFirstSampleAndTheEnd) {
     FileRecord ofOne;
     describe(ofOne, {even});
     EXPECT_EQ(ofOne.channels[0].number, 0);
-}
-
-class Resampled : public testing::Test {
-  protected:
-    /// full.cdl's file with the times of its samples counting, in a unit of seven letters.
-    std::string unevenFile(const std::string& unit) const {
-        std::string bytes = readFile(TEST_DATA "full.cdf");
-        for (const auto& [from, to] : {std::pair{layOut("'uniform_sampling_flag' 2 1 \"Y\""),
-                                                 layOut("'uniform_sampling_flag' 2 1 \"N\"")},
-                                       std::pair{std::string{"seconds"}, unit}}) {
-            bytes.replace(bytes.find(from), to.size(), to);
-        }
-        return folder.write("uneven.cdf", bytes);
-    }
-
-    TempFolder folder;
-};
-
-std::string bytesOf(const AndiVariable& variable) {
-    return {static_cast<const char*>(variable.Data), static_cast<std::size_t>(variable.VSize)};
-}
-
-TEST_F(Resampled, FilesKeepAllThatIsNotOfTheSamples) {
-    const std::string file = unevenFile("seconds");
-    const auto made = writeResampled(file, 1000, folder.path("made.cdf"));
-    ASSERT_TRUE(made);
-    EXPECT_EQ(made->oldCount, 4U);
-    EXPECT_EQ(made->newCount, 7U); // from 3 s to 9 s
-    AndiImage before;
-    AndiImage after;
-    ASSERT_EQ(load(before, file) + load(after, folder.path("made.cdf")), "");
-    EXPECT_EQ(numbersOf(variableOf(after, "ordinate_values"))[1], 15);
-    std::size_t kept = 0;
-    for (const AndiVariable& old : variablesOf(before)) {
-        const AndiVariable* copy = variableNamed(after, old.Name);
-        const std::string name = old.Name;
-        if (name == "raw_data_retention" || name == "actual_sampling_interval") {
-            EXPECT_EQ(copy, nullptr) << name;
-        } else if (name != "ordinate_values") {
-            ++kept;
-            ASSERT_NE(copy, nullptr) << name;
-            EXPECT_EQ(copy->Type, old.Type) << name;
-            EXPECT_EQ(bytesOf(*copy), bytesOf(old)) << name;
-        }
-    }
-    EXPECT_EQ(kept, 26U);
-    EXPECT_EQ(variablesOf(after).size(), kept + 1);
-    for (const AndiAttribute& old : attributesOf(before.file.GlobalAttributes)) {
-        EXPECT_EQ(textOf(after, old.Name), textOf(old)) << old.Name;
-    }
-    EXPECT_EQ(textOf(after, "autosampler_position"), "1-2");
-    EXPECT_EQ(textOf(after, "uniform_sampling_flag"), "Y");
-    EXPECT_FALSE(writeResampled(folder.path("made.cdf"), 1000, folder.path("again.cdf")));
-    EXPECT_FALSE(std::filesystem::exists(folder.path("again.cdf")));
-}
-
-TEST_F(Resampled, FilesHaveTheVeryIntervalThatWasAskedFor) {
-    for (const std::string unit : {"seconds", "minutes"}) {
-        const std::string file = unevenFile(unit);
-        for (const std::int16_t ms : std::initializer_list<std::int16_t>{
-                 1, 3, 7, 100, 333, 699, 700, 1001, 9999, 32766, 32767}) {
-            ASSERT_TRUE(writeResampled(file, ms, folder.path("made.cdf"))) << ms;
-            const DataSet set = loadDataSets(folder.path("made.cdf")).front();
-            EXPECT_NEAR(set.samplingInterval * 60000, ms, ms * 2.5e-7) << unit;
-            EXPECT_EQ(pairTimes(*textOf(*set.image, "actual_sampling_interval"), unit).intervalMs,
-                      ms);
-        }
-    }
 }
 
 } // namespace

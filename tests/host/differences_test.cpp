@@ -184,7 +184,7 @@ TEST(Differences, AreNoneUpToTheTolerance) {
         double last; ///< sample, where the other has 8
         std::size_t count;
     };
-    for (const auto& [tolerance, time, area, last, count] : std::initializer_list<Case>{
+    for (const Case& each : std::initializer_list<Case>{
              {{}, 4, 4, 8, 0},
              {{}, 4.000003, 4.000003, 8.000003, 2},
              {{.relative = 0.25}, 5, 5, 10, 0},
@@ -199,13 +199,13 @@ TEST(Differences, AreNoneUpToTheTolerance) {
         const auto at4 = [](Compared& a) { a.set.peaks[0].endTime = a.set.peaks[0].area = 4; };
         const Compared a{at4};
         const Compared b{[&](Compared& other) {
-            other.set.peaks[0].endTime = time;
-            other.set.peaks[0].area = area;
-            other.samples[2] = last;
+            other.set.peaks[0].endTime = each.time;
+            other.set.peaks[0].area = each.area;
+            other.samples[2] = each.last;
         }};
-        for (const auto& found : {differencesOf(a.set, b.set, {.tolerance = tolerance}),
-                                  differencesOf(b.set, a.set, {.tolerance = tolerance})}) {
-            EXPECT_EQ(found.size(), count) << wordsOf(found);
+        for (const auto& found : {differencesOf(a.set, b.set, {.tolerance = each.tolerance}),
+                                  differencesOf(b.set, a.set, {.tolerance = each.tolerance})}) {
+            EXPECT_EQ(found.size(), each.count) << wordsOf(found);
         }
     }
 }

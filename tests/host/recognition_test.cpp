@@ -2,6 +2,7 @@
 #include "host/files/broken_files.h"
 #include "host/files/diagnosis.h"
 #include "host/files/extensions.h"
+#include "host/files/float_columns.h"
 #include "host/files/listing.h"
 #include "host/files/recognise.h"
 #include "host/text/wrong_use.h"
@@ -34,7 +35,7 @@ std::string runOf(const std::string& version, const std::string& channels,
     return run.bytes();
 }
 
-class Files : public testing::Test {
+class SeenFiles : public testing::Test {
   protected:
     FileKind kindOf(const std::string& name, const std::string& bytes) const {
         return recognise(folder.write(name, bytes));
@@ -43,7 +44,7 @@ class Files : public testing::Test {
     TempFolder folder;
 };
 
-TEST_F(Files, AreOfTheKindThatTheirBytesSayWhateverTheirNames) {
+TEST_F(SeenFiles, AreOfTheKindThatTheirBytesSayWhateverTheirNames) {
     using enum FileKind;
     const std::string andi = AndiText{}.bytes();
     const std::string run = RunText{}.bytes();
@@ -88,7 +89,7 @@ TEST_F(Files, AreOfTheKindThatTheirBytesSayWhateverTheirNames) {
     EXPECT_EQ(recognise(folder.path("")), Unknown);
 }
 
-TEST_F(Files, OfNoKindAreThatOfTheirNames) {
+TEST_F(SeenFiles, OfNoKindAreThatOfTheirNames) {
     using enum FileKind;
     struct Case {
         const char* name;
@@ -122,7 +123,7 @@ TEST_F(Files, OfNoKindAreThatOfTheirNames) {
     }
 }
 
-TEST_F(Files, ThatCannotBeReadShowWhy) {
+TEST_F(SeenFiles, ThatCannotBeReadShowWhy) {
     using enum FileKind;
     const std::string andi = AndiText{}.bytes();
     // A record is a float of each of two variables, and there are two records.
@@ -199,6 +200,37 @@ TEST_F(Files, ThatCannotBeReadShowWhy) {
         const std::string name = kind == Merivolta ? "x.sli" : "x";
         EXPECT_EQ(diagnosisOf(folder.write(name, bytes), kind), words) << bytes.substr(0, 8);
     }
+}
+
+TEST_F(SeenFiles, OfOtherNumbersThanFloatsAreToldByTheColumnsThatAConversionTakes) {
+    for (const auto& [variable, words] : std::initializer_list<std::pair<const char*, const char*>>{
+             {"'peak_area' 1 0 0 0 5 12 1024", ""},
+             {"'peak_area' 1 0 0 0 3 8 1024", "Its peak_area is short instead of float"},
+             {"'peak_amount' 1 0 0 0 6 24 1024", "Its peak_amount is double instead of float"},
+             {"'peak_height' 1 0 0 0 2 4 1024", "Its peak_height is char instead of float"},
+             {"'peak_width' 1 0 0 0 3 8 1024", ""},
+             {"'peak_area' 1 0 0 0 3 0 1024", ""}}) { // without data
+        AndiText file;
+        file.variables = "11 2 'ordinate_values' 1 0 0 0 5 12 1024 " + std::string{variable};
+        file.data += " 0 0 0";
+        AndiImage image;
+        ASSERT_EQ(loadHeader(image, folder.write("x.cdf", file.bytes())), "");
+        const std::string problem = floatProblem(image);
+        EXPECT_EQ(problem.substr(0, problem.find(',')), words) << variable;
+    }
+}
+
+TEST_F(SeenFiles, AreReportsByTheirKindAndThePlaceOfTheirResults) {
+    const std::string report = readImage(LISTINGS "two_peaks.rpt.txt");
+    for (const auto& [place, byte, isOne] :
+         {std::tuple{0, '\x11', true}, std::tuple{0, '\x10', false}, std::tuple{0, '\x12', false},
+          std::tuple{0, '\x13', false}, std::tuple{135, '\x20', true}, // 288, behind the head
+          std::tuple{135, '\x1F', false}, std::tuple{138, '\xFF', false}}) {
+        std::string changed = report;
+        changed[static_cast<std::size_t>(place)] = byte;
+        EXPECT_EQ(isReport(folder.write("x.rpt", changed)), isOne) << place << ' ' << int{byte};
+    }
+    EXPECT_FALSE(isReport(folder.write("x.rpt", "")));
 }
 
 /// The folder a has files of each kind, whole and not, a folder and a link to it.

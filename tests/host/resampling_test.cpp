@@ -1,6 +1,10 @@
-// Samples brought to equal distances, on their own header.
+// Samples brought to equal distances, and files that get them.
 #include "host/data/facts.h"
+#include "host/data/resampled_file.h"
 #include "host/data/resampling.h"
+#include "native/pair_rules.h"
+#include "tests/support/andi_text.h"
+#include "tests/support/temp_folder.h"
 
 #include <gtest/gtest.h>
 
@@ -9,6 +13,8 @@
 
 namespace korlit::host {
 namespace {
+
+using namespace korlit::test;
 
 /// A signal that outlives the data set which looks at it.
 struct Uneven {
@@ -39,6 +45,7 @@ TEST(Resampling, FollowsTheLinesBetweenSamples) {
              {{{0, 1, 4}, {0, 1, 4}}, 1500, {0, 1.5F, 3, 4}, 1.0 / 3}, // the last value from 4 s on
              {{{10, 12, 13}, {0, 4, 0}}, 1000, {0, 2, 4, 0}, 0},
              {{{0, 1, 1, 2}, {0, 0, 8, 8}}, 500, {0, 0, 0, 8, 8}, 8}, // a step
+             {{{0, 0, 1}, {5, 7, 9}}, 1000, {7, 9}, 2},               // at the start
              {{{0, 0.25, 0.5}, {3, 9, 3}}, 1000, {3, 3}, 6},
          }) {
         const Resampling result = resampled(signal.set(), intervalMs);
@@ -110,6 +117,81 @@ TEST(Resampling, LeavesPeaksWhereTheyLie) {
         const double area = areaBetween(uneven.set(), *peak.startTime, *peak.endTime);
         EXPECT_NEAR(areaBetween(even, *peak.startTime, *peak.endTime), area, area * 0.001)
             << peak.name;
+    }
+}
+
+class Resampled : public testing::Test {
+  protected:
+    /// full.cdl's file with the times of its samples counting, in a unit of seven letters.
+    std::string unevenFile(const std::string& unit) const {
+        std::string bytes = readFile(TEST_DATA "full.cdf");
+        for (const auto& [from, to] : {std::pair{layOut("'uniform_sampling_flag' 2 1 \"Y\""),
+                                                 layOut("'uniform_sampling_flag' 2 1 \"N\"")},
+                                       std::pair{std::string{"seconds"}, unit}}) {
+            bytes.replace(bytes.find(from), to.size(), to);
+        }
+        return folder.write("uneven.cdf", bytes);
+    }
+
+    TempFolder folder;
+};
+
+std::string bytesOf(const AndiVariable& variable) {
+    return {static_cast<const char*>(variable.Data), static_cast<std::size_t>(variable.VSize)};
+}
+
+TEST_F(Resampled, FilesKeepAllThatIsNotOfTheSamples) {
+    const std::string file = unevenFile("seconds");
+    const auto made = writeResampled(file, 1000, folder.path("made.cdf"));
+    ASSERT_TRUE(made);
+    EXPECT_EQ(made->oldCount, 4U);
+    EXPECT_EQ(made->newCount, 7U); // from 3 s to 9 s
+    AndiImage before;
+    AndiImage after;
+    ASSERT_EQ(load(before, file) + load(after, folder.path("made.cdf")), "");
+    EXPECT_EQ(numbersOf(variableOf(after, "ordinate_values"))[1], 15);
+    std::size_t kept = 0;
+    for (const AndiVariable& old : variablesOf(before)) {
+        const AndiVariable* copy = variableNamed(after, old.Name);
+        const std::string name = old.Name;
+        if (name == "raw_data_retention" || name == "actual_sampling_interval") {
+            EXPECT_EQ(copy, nullptr) << name;
+        } else if (name != "ordinate_values") {
+            ++kept;
+            ASSERT_NE(copy, nullptr) << name;
+            EXPECT_EQ(copy->Type, old.Type) << name;
+            EXPECT_EQ(bytesOf(*copy), bytesOf(old)) << name;
+        }
+    }
+    EXPECT_EQ(kept, 26U);
+    EXPECT_EQ(variablesOf(after).size(), kept + 1);
+    for (const AndiAttribute& old : attributesOf(before.file.GlobalAttributes)) {
+        EXPECT_EQ(textOf(after, old.Name), textOf(old)) << old.Name;
+    }
+    EXPECT_EQ(textOf(after, "autosampler_position"), "1-2");
+    EXPECT_EQ(textOf(after, "uniform_sampling_flag"), "Y");
+    EXPECT_FALSE(writeResampled(folder.path("made.cdf"), 1000, folder.path("again.cdf")));
+    EXPECT_FALSE(std::filesystem::exists(folder.path("again.cdf")));
+}
+
+TEST_F(Resampled, FilesSayTheirUnitWhereTheirSourceDoesNot) {
+    std::string bytes = readFile(unevenFile("seconds"));
+    bytes[bytes.find("retention_unit")] = 'x';
+    ASSERT_TRUE(writeResampled(folder.write("x.cdf", bytes), 1000, folder.path("made.cdf")));
+    EXPECT_EQ(loadDataSets(folder.path("made.cdf")).front().text("retention_unit"), "seconds");
+}
+
+TEST_F(Resampled, FilesHaveTheVeryIntervalThatWasAskedFor) {
+    for (const std::string unit : {"seconds", "minutes"}) {
+        const std::string file = unevenFile(unit);
+        for (const std::int16_t ms : std::initializer_list<std::int16_t>{
+                 1, 3, 7, 100, 333, 699, 700, 1001, 9999, 32766, 32767}) {
+            ASSERT_TRUE(writeResampled(file, ms, folder.path("made.cdf"))) << ms;
+            const DataSet set = loadDataSets(folder.path("made.cdf")).front();
+            EXPECT_NEAR(set.samplingInterval * 60000, ms, ms * 2.5e-7) << unit;
+            EXPECT_EQ(pairTimes(*textOf(*set.image, "actual_sampling_interval"), unit).intervalMs,
+                      ms);
+        }
     }
 }
 
