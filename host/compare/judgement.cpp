@@ -202,8 +202,8 @@ void addResampledWay(std::vector<Judgement>& ways, Way way, const Side& source, 
         return;
     }
     Prospect prospect = prospectOfResampled(file, *resampling, Wanted::All);
-    ways.push_back(heldTo(std::move(prospect.expected.front()), prospect.sources.front(), held,
-                          comparison));
+    ways.push_back(
+        heldTo(std::move(prospect.expected.front()), prospect.sources.front(), held, comparison));
     ways.back().way = way;
 }
 
