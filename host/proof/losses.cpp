@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <iterator>
-#include <ranges>
 #include <set>
+#include <span>
 #include <string_view>
 #include <utility>
 
@@ -78,7 +78,7 @@ bool isAmong(const std::vector<Line>& lines, const Line& wanted) {
 std::vector<Line> sharedOf(const std::vector<std::vector<Line>>& channels) {
     std::vector<Line> shared = channels.front();
     std::erase_if(shared, [&](const Line& line) {
-        return !std::ranges::all_of(channels | std::views::drop(1),
+        return !std::ranges::all_of(std::span{channels}.subspan(1),
                                     [&](const auto& lines) { return isAmong(lines, line); });
     });
     return shared;
