@@ -7,9 +7,9 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <functional>
 #include <iostream>
 #include <sstream>
+#include <tuple>
 
 namespace korlit::host {
 namespace {
@@ -52,7 +52,6 @@ TEST(InfoPeaks, HaveAllTheirNumbersInEveryForm) {
     const Json json = Json::parse(printed(printJson, {set}));
     EXPECT_EQ(json["channels"][0]["channel"], 3);
     const Json& peaks = json["channels"][0]["peaks"];
-    EXPECT_EQ(peaks[0]["number"], 1);
     EXPECT_EQ(peaks[0]["area"], Json());
     EXPECT_EQ(peaks[1], Json::parse(R"({"number": 2, "name": "b\"\",\n\"c\"",
         "retention_time_min": 0.33333334, "amount": 1e-07, "start_time_min": 0.25,
@@ -62,69 +61,43 @@ TEST(InfoPeaks, HaveAllTheirNumbersInEveryForm) {
         "start_code": "B", "stop_code": "V,"})"));
 }
 
-/// A data set of half a dozen kinds, as JSON and as a line for people.
 TEST(InfoFacts, FollowWhatAFileSaysOfItsSamples) {
     const Signal even{{NAN, 5, -2, 5}};
-    const Signal uneven{{5, 7, 1, 7}, {60, 120, 240, 300}};
     const Signal two{{-HUGE_VAL, 3}, {30, 30.5}};
     const Signal none{{}};
-    struct Case {
-        const Signal& signal;
-        std::function<void(DataSet&)> change;
-        const char* json;
-        std::vector<const char*> lines;
-    };
-    const auto nothing = [](DataSet&) {};
-    for (
-        const auto& [signal, change, json, lines] : std::initializer_list<Case>{
-            {even,
-             [](DataSet& set) { set.delayTime = -1.25; },
-             R"({"points": 4, "total_ion": false, "uniform": true, "sampling_interval_s": 15,
+    DataSet late = even.set();
+    late.delayTime = -1.25;
+    DataSet uneven = even.set();
+    uneven.isUniform = false;
+    uneven.detectorUnit = "m\xB5\x07";
+    using Case = std::tuple<DataSet, const char*, std::vector<const char*>>;
+    for (const auto& [set, json, lines] : std::initializer_list<Case>{
+             {late,
+              R"({"points": 4, "total_ion": false, "uniform": true, "sampling_interval_s": 15,
                   "delay_time_min": -1.25, "run_time_min": 1, "minimum": -2,
                   "minimum_time_min": -0.75, "maximum": 5, "maximum_time_min": -1})",
-             {"Sampling interval     15 s", "First sample at       -1.25 min",
-              "Run time              1 min", "Minimum               -2 at -0.750 min",
-              "Maximum               5 at -1.000 min"}},
-            {even,
-             [](DataSet& set) {
-                 set.isUniform = false;
-                 set.isTotalIon = true;
-                 set.detectorUnit = "m\xB5\x07";
-             },
-             R"({"detector_unit": "mµ\u0007", "total_ion": true, "uniform": false,
-                  "sampling_interval_s": null, "run_time_min": null, "minimum": -2,
-                  "minimum_time_min": null, "maximum_time_min": null})",
-             {"Signal                total ion chromatogram of a mass spectrometer",
-              "Sampling interval     not uniform", "Run time              -",
-              "Minimum               -2 m\xC2\xB5\xEF\xBF\xBD at sample 2"}},
-            {uneven,
-             nothing,
-             R"({"uniform": false, "total_ion": false, "sampling_interval_s": 60, "run_time_min": 4, "minimum": 1,
-                  "minimum_time_min": 4, "maximum": 7, "maximum_time_min": 2})",
-             {"Sampling interval     not uniform, 1 min in the middle",
-              "First sample at       1 min", "Run time              4 min"}},
-            {two,
-             nothing,
-             R"({"sampling_interval_s": 0.5, "minimum": null, "minimum_time_min": 0.5})",
-             {"Sampling interval     not uniform, 500 ms in the middle",
-              "Minimum               -inf at 0.500 min"}},
-            {none,
-             nothing,
-             R"({"points": 0, "run_time_min": 0, "minimum": null, "minimum_time_min": null,
+              {"Sampling interval     15 s", "First sample at       -1.25 min",
+               "Maximum               5 at -1.000 min"}},
+             {uneven,
+              R"({"detector_unit": "mµ\u0007", "uniform": false, "sampling_interval_s": null,
+                  "run_time_min": null, "minimum_time_min": null})",
+              {"Run time              -", "Minimum               -2 mµ\uFFFD at sample 2"}},
+             {two.set(),
+              R"({"sampling_interval_s": 0.5, "minimum": null, "minimum_time_min": 0.5})",
+              {"Sampling interval     not uniform, 500 ms in the middle",
+               "Minimum               -inf at 0.500 min"}},
+             {none.set(),
+              R"({"points": 0, "run_time_min": 0, "minimum": null, "minimum_time_min": null,
                   "maximum": null, "maximum_time_min": null, "peaks": []})",
-             {"Minimum               -", "Points                0"}},
-        }) {
-        DataSet set = signal.set();
-        change(set);
-        const Json channel = Json::parse(printed(printJson, {set}))["channels"][0];
-        Json merged = channel;
-        merged.update(Json::parse(json));
-        EXPECT_EQ(channel, merged);
+              {"Minimum               -", "Points                0"}},
+         }) {
+        Json channel = Json::parse(printed(printJson, {set}))["channels"][0];
+        const Json whole = channel;
+        channel.update(Json::parse(json));
+        EXPECT_EQ(channel, whole);
         const std::string page = printed(printPage, {set});
-        for (const char* line : lines) {
-            EXPECT_NE(page.find(std::string{'\n'} + line + '\n'), std::string::npos)
-                << line << " in\n"
-                << page;
+        for (const std::string line : lines) {
+            EXPECT_NE(page.find('\n' + line + '\n'), std::string::npos) << line << " in\n" << page;
         }
     }
 }
@@ -132,13 +105,11 @@ TEST(InfoFacts, FollowWhatAFileSaysOfItsSamples) {
 TEST(InfoFacts, NameTheFileInItsBytes) {
     DataSet set = Signal{}.set();
     set.source = "\xFFx";
-    set.texts = {{"sample_name", "\xE9"}, {"injection_date_time_stamp", "20051012083437+0200"}};
+    set.texts = {{"sample_name", "\xE9"}, {"injection_date_time_stamp", "\x9Bsoon"}};
     const Json json = Json::parse(printed(printJson, {set}));
     EXPECT_EQ(pathIn(json, "file"), set.source);
     EXPECT_EQ(json["sample"], "\xC3\xA9");
-    EXPECT_EQ(json["injection_date"], "2005-10-12T08:34:37+02:00");
-    set.texts.back().second = "\x9Bsoon";
-    EXPECT_EQ(Json::parse(printed(printJson, {set}))["injection_date"], "\xC2\x9Bsoon");
+    EXPECT_EQ(json["injection_date"], "\xC2\x9Bsoon");
 }
 
 } // namespace

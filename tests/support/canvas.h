@@ -23,6 +23,7 @@ class Canvas {
           context{cairo_create(surface)} {
         host::setColour(context, host::paper);
         cairo_paint(context);
+        host::setColour(context, host::ink);
     }
     Canvas(const Canvas&) = delete;
     Canvas& operator=(const Canvas&) = delete;
@@ -50,16 +51,15 @@ class Canvas {
 
     bool has(int x, int y, const host::Colour& colour) const { return distance(x, y, colour) < 4; }
 
-    /// The edges around all pixels of a kind; all 0 where there are none.
+    /// The edges around all pixels of a kind; inside out where there are none.
     template <typename IsMeant>
     host::Box boundsOf(const IsMeant& isMeant) const {
-        host::Box bounds;
+        host::Box bounds{.left = 1e9, .top = 1e9};
         for (int y = 0; y < cairo_image_surface_get_height(surface); ++y) {
             for (int x = 0; x < cairo_image_surface_get_width(surface); ++x) {
                 if (isMeant(x, y)) {
-                    const bool isFirst = bounds.bottom == 0;
-                    bounds = {.left = isFirst ? x : std::min<double>(bounds.left, x),
-                              .top = isFirst ? y : bounds.top,
+                    bounds = {.left = std::min<double>(bounds.left, x),
+                              .top = std::min<double>(bounds.top, y),
                               .right = std::max<double>(bounds.right, x + 1),
                               .bottom = y + 1.0};
                 }
@@ -80,24 +80,21 @@ class Canvas {
 
 /// A chart of panels with so many lines each.
 inline host::Chart chartWith(std::size_t panels, std::size_t lines, double width, double height) {
-    host::Chart chart;
-    chart.title = "A title";
-    chart.subtitle = "And what is below it";
-    chart.timeQuantity = "Time";
-    chart.timeUnit = "min";
-    chart.times = {.from = 0, .to = 20};
-    chart.width = width;
-    chart.height = height;
-    chart.panels.resize(panels);
-    for (host::ChartPanel& panel : chart.panels) {
-        panel.title = "Channel";
-        panel.unit = "mAU";
-        for (std::size_t i = 0; i < lines; ++i) {
-            panel.lines.push_back({.name = "Sample number " + std::to_string(i),
-                                   .points = {{0, -1e5}, {7, 12345.6}, {20, 1}}});
-        }
+    host::ChartPanel panel{.title = "Channel", .note = "", .unit = "mAU", .lines = {}, .peaks = {}};
+    for (std::size_t i = 0; i < lines; ++i) {
+        panel.lines.push_back({.name = "Sample number " + std::to_string(i),
+                               .points = {{0, -1e5}, {7, 12345.6}, {20, 1}}});
     }
-    return chart;
+    return {.title = "A title",
+            .subtitle = "And what is below it",
+            .timeQuantity = "Time",
+            .timeUnit = "min",
+            .note = "",
+            .times = {.from = 0, .to = 20},
+            .values = {},
+            .panels = {panels, panel},
+            .width = width,
+            .height = height};
 }
 
 } // namespace korlit::test
