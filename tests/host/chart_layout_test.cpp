@@ -100,8 +100,13 @@ TEST(ChartLayout, PutsTheNameOfADipAboveItsEnds) {
     ChartPeak peak{.label = "dip", .apex = {.x = 10, .y = -90}};
     peak.start = {.x = 5, .y = 50};
     peak.end = {.x = 15, .y = 60};
-    chart.panels[0].peaks = {peak};
-    EXPECT_EQ(layOut(canvas, chart).front().labels.at(0).place.base, 60);
+    const auto baseOfName = [&] {
+        chart.panels[0].peaks = {peak};
+        return layOut(canvas, chart).front().labels.at(0).place.base;
+    };
+    EXPECT_EQ(baseOfName(), 60);
+    peak.baseline = {{{.x = 5, .y = -99}, {.x = 15, .y = -82}}};
+    EXPECT_LT(baseOfName(), 0) << "for it isn't below the middle of its baseline";
 }
 
 TEST(ChartFiles, TellWhichCharactersHaveNoPicture) {

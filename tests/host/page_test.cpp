@@ -178,17 +178,17 @@ TEST(PageRows, AddUpToTheHead) {
     record.sources.front().digest = FileDigest{.size = 1, .sha256 = "5ec0"};
     record.outputs = {{.path = "/out", .digest = FileDigest{.size = 1, .sha256 = "0dd"}}};
     manifest.files = {record, recordOf("failed"), recordOf("skipped")};
-    manifest.files[1].channels = {channelOf(1, {})};
+    manifest.files[1].channels = {channelOf(1, {1, RecordedPeak{}})};
     const std::vector<const FileRecord*> rows{manifest.files.data(), &manifest.files[1],
                                               &manifest.files[2]};
     expectOnce(pageHead(manifest, rows),
                {"<li><b>3</b> files</li><li><b>1</b> Failed</li><li><b>1</b> Same data</li>",
-                "<li><b>1</b> Skipped</li><li><b>1,235</b> points</li><li><b>3</b> peaks</li></ul>",
+                "<li><b>1</b> Skipped</li><li><b>1,235</b> points</li><li><b>4</b> peaks</li></ul>",
                 "<summary>2 batches</summary>", ": 1 of 2 files<code>korlit x", "x x</code>",
                 ": 2 of 0 files<code>korlit x", "x x and 1 more</code>"});
     expectOnce(pageHead({}, {rows[1]}),
                {"<li><b>1</b> file</li><li><b>1</b> Failed</li><li><b>1</b> point</li>",
-                "<li><b>0</b> peaks</li>", "<summary>0 batches</summary>"});
+                "<li><b>1</b> peak</li>", "<summary>0 batches</summary>"});
     manifest.batches.pop_back();
     expectOnce(pageHead(manifest, rows), {"<summary>1 batch</summary>"});
     const std::string tools = pageTools(rows);

@@ -166,15 +166,6 @@ TEST(PlotLines, AreToldApart) {
     EXPECT_EQ(styles.size(), 14U);
 }
 
-TEST(PlotPeaks, AreNegativeBelowTheirBaselineOrTheirEnds) {
-    const LinePoint low{.x = 1, .y = 1};
-    const LinePoint high{.x = 2, .y = 3};
-    EXPECT_TRUE((ChartPeak{.apex = {.x = 1, .y = 1.9}, .baseline = {{low, high}}}).isNegative());
-    EXPECT_FALSE((ChartPeak{.apex = {.x = 1, .y = 2.1}, .baseline = {{low, high}}}).isNegative());
-    EXPECT_TRUE((ChartPeak{.apex = {.x = 1, .y = 0}, .start = low, .end = high}).isNegative());
-    EXPECT_FALSE((ChartPeak{.apex = {.x = 1, .y = 2}, .start = low, .end = high}).isNegative());
-}
-
 TEST(PlotLabels, GoToTheMostImportantWhereRoomIsShort) {
     const Range bounds{.from = 0, .to = 1000};
     EXPECT_EQ(labelsWithRoom(std::vector<double>{700, 20, 400}, bounds),
