@@ -84,20 +84,18 @@ TEST(PageTexts, AreNeverMarkup) {
 
 /// Every picture has its own number, and what points to one finds it.
 TEST(PageCharts, AreEachDrawnOnce) {
-    for (const std::size_t channels : {0U, 1U, 3U}) {
-        Manifest manifest{{}, {3, recordOf("converted")}, {}};
-        for (FileRecord& file : manifest.files) {
-            file.sources.front().path += std::to_string(&file - manifest.files.data());
-            file.channels.resize(channels);
-        }
-        const std::string page = pageOf(manifest);
-        for (std::size_t i = 0; i < 3 * channels; ++i) {
-            const std::string number = std::to_string(i);
-            EXPECT_EQ(countOf(page, "<path id=c" + number + " "), 1U) << i;
-            EXPECT_EQ(countOf(page, "\"#c" + number + "\""), i % channels == 0 ? 1U : 0U) << i;
-        }
-        EXPECT_EQ(countOf(page, "<path "), 3 * channels);
+    Manifest manifest{{}, {3, recordOf("converted")}, {}};
+    for (FileRecord& file : manifest.files) {
+        file.sources.front().path += std::to_string(&file - manifest.files.data());
+        file.channels.resize(2);
     }
+    const std::string page = pageOf(manifest);
+    for (int i = 0; i < 6; ++i) {
+        const std::string number = std::to_string(i);
+        EXPECT_EQ(countOf(page, "<path id=c" + number + " "), 1U) << i;
+        EXPECT_EQ(countOf(page, "\"#c" + number + "\""), i % 2 == 0 ? 1U : 0U) << i;
+    }
+    EXPECT_EQ(countOf(page, "<path "), 6U);
 }
 
 TEST(PageCharts, OfAGiantArchiveHaveRoom) {
