@@ -2,8 +2,6 @@
 
 #include "tests/support/module_test.h"
 
-#include <functional>
-
 namespace korlit {
 namespace {
 
@@ -38,20 +36,6 @@ TEST_F(AndiFileTest, BlocksArePaddedAndTerminated) {
     }
 }
 
-TEST_F(AndiFileTest, ArraysGrowFourElementsAtATime) {
-    GlobalHandle arrays[5]{};
-    for (std::int32_t i = 0; i < 5; ++i) {
-        EXPECT_EQ(AddAndiDimension(&file, std::to_string(i).c_str(), i * 10), i);
-        arrays[i] = file.DimensionsHandle;
-    }
-    EXPECT_EQ(arrays[3], arrays[0]);
-    EXPECT_EQ(GlobalSize(arrays[4]), 8 * std::int64_t{sizeof(AndiDimension)});
-    for (std::int32_t i = 0; i < 5; ++i) {
-        EXPECT_EQ(file.Dimensions[i].Name, std::to_string(i));
-        EXPECT_EQ(file.Dimensions[i].Length, i * 10);
-    }
-}
-
 TEST_F(AndiFileTest, VariablesTakeTheirSizeFromTheDimensions) {
     for (const std::int32_t length : {3, 5, 0, 65536, -4}) {
         AddAndiDimension(&file, "d", length);
@@ -79,35 +63,6 @@ TEST_F(AndiFileTest, VariablesTakeTheirSizeFromTheDimensions) {
     EXPECT_EQ(scalar->ElementCount, 1);
     EXPECT_EQ(blockBytes(scalar->DataHandle, scalar->Data), (std::string{"\xFE\xFF\0\0\0", 5}));
     EXPECT_EQ(AddAndiScalar(&file, "s", AndiType{7}, &minusTwo), nullptr);
-}
-
-TEST_F(AndiFileTest, AFailedAddLeavesNothing) {
-    struct Builder {
-        std::function<int(AndiFile*)> add;
-        int growthFailed, blockFailed, blocks;
-    };
-    const Builder builders[]{
-        {[](auto* f) { return AddAndiDimension(f, "n", 1); }, 0, -1, 2},
-        {[](auto* f) {
-             return AddAndiAttribute(&f->GlobalAttributes, "n", AndiType::Char, -1, "v");
-         },
-         0, -1, 3},
-        {[](auto* f) { return AddAndiScalar(f, "n", AndiType::Char, "v") ? 1 : -9; }, -9, -9, 3}};
-    for (const Builder& each : builders) {
-        for (int nth = 1; nth <= 2 * each.blocks; ++nth) {
-            const bool isLock = nth > each.blocks;
-            const int block = isLock ? nth - each.blocks : nth;
-            armFault(isLock ? FaultPoint::Lock : FaultPoint::Allocate, block);
-            const std::string box = boxOf([&] {
-                EXPECT_EQ(each.add(&file), block == 1 ? each.growthFailed : each.blockFailed);
-            });
-            const std::string growthBox = isLock ? "ReadAndi 4" : "ReadAndi 3";
-            EXPECT_EQ(box, block == 1 ? growthBox + ": Error allocating memory\n" : "");
-            EXPECT_EQ(file.DimensionCount + list.Count + file.VariableCount, 0);
-            FreeAndiFile(&file);
-            expectNothingHeld();
-        }
-    }
 }
 
 TEST_F(AndiFileTest, AnArrayHolds32767Elements) {

@@ -29,17 +29,6 @@ TEST_F(AndiWriterTest, AnEmptyFileIsThreeAbsentLists) {
     EXPECT_EQ(written(), layOut("1128547841 0 0 0 0 0 0 0"));
 }
 
-TEST_F(AndiWriterTest, ASignalAloneTakes112Bytes) {
-    AddAndiDimension(&file, "point_number", 3);
-    AndiVariable* signal = AddAndiVector(&file, "ordinate_values", AndiType::Float, 0);
-    const float points[]{5, 7, 6};
-    std::memcpy(signal->Data, points, sizeof points);
-    const std::string bytes = written();
-    EXPECT_EQ(bytes.size(), 112U);
-    EXPECT_EQ(bytes, layOut("1128547841 0 10 1 'point_number' 3 0 0 11 1 'ordinate_values' 1 0 0 0 "
-                            "5 12 100 5f 7f 6f"));
-}
-
 TEST_F(AndiWriterTest, EveryTypeIsPaddedAndReversed) {
     const std::int16_t shorts[]{1, 2, 3};
     const double number = -2.0;
@@ -92,24 +81,6 @@ TEST_F(AndiWriterTest, EveryTypeOfAnyLengthIsReversedOnceAndComesBack) {
     }
 }
 
-TEST_F(AndiWriterTest, NothingBehindTheElementsIsReversed) {
-    // The last of them stands in the second part.
-    constexpr std::int32_t all = 200'000;
-    constexpr std::int32_t elements = 150'000;
-    AddAndiDimension(&file, "d", all);
-    AndiVariable* variable = AddAndiVector(&file, "v", AndiType::Short, 0);
-    std::string expected(2L * all, '\1');
-    for (std::size_t i = 0; i < expected.size(); i += 2) {
-        expected[i] = '\2';
-    }
-    expected.copy(static_cast<char*>(variable->Data), expected.size());
-    ReverseBytes(expected.data(), 2, elements);
-    variable->ElementCount = elements;
-    char message[400]{};
-    EXPECT_EQ(WriteAndiFile(folder.path("x.cdf").c_str(), &file, message), 1);
-    EXPECT_TRUE(readFile(folder.path("x.cdf")).ends_with(expected));
-}
-
 TEST_F(AndiWriterTest, WhatWasLoadedIsWrittenAsItWas) {
     const std::string original =
         layOut("1128547841 3 10 2 'run' 0 'pair' 2 12 1 't' 2 4 \"2.3\" 11 2 "
@@ -135,23 +106,6 @@ TEST_F(AndiWriterTest, PlacesEndAt31Bits) {
         EXPECT_EQ(WriteAndiFile("/dev/null", &file, message), isBeyond ? 0 : 1);
         FreeAndiFile(&file);
     }
-}
-
-TEST_F(AndiWriterTest, NoNameCountsAsEmpty) {
-    char message[400]{};
-    AddAndiDimension(&file, "a name to lose", 1);
-    releaseBlock(file.Dimensions[0].NameHandle, file.Dimensions[0].Name);
-    EXPECT_EQ(WriteAndiFile(folder.path("x.cdf").c_str(), &file, message), 1);
-    EXPECT_EQ(readFile(folder.path("x.cdf")), layOut("1128547841 0 10 1 0 1 0 0 0 0"));
-}
-
-TEST_F(AndiWriterTest, AFailureReleasesAndNamesTheFile) {
-    char message[400]{};
-    AddAndiDimension(&file, "point_number", 3);
-    EXPECT_EQ(WriteAndiFile("/missing/x.cdf", &file, message), 0);
-    EXPECT_STREQ(message, "Error writing Andi File /missing/x.cdf");
-    EXPECT_EQ(file.DimensionCount, 0);
-    expectNothingHeld();
 }
 
 } // namespace

@@ -10,7 +10,6 @@
 #include <dlfcn.h>
 
 #include <array>
-#include <cstring>
 #include <filesystem>
 
 namespace korlit {
@@ -35,46 +34,10 @@ class ExportsTest : public testing::Test {
     TempFolder folder;
     std::string source = folder.write("run.cdf", readFile(TEST_DATA "two_peaks.cdf"));
     std::string slice = folder.path("run.sli");
-    std::string report = folder.path("run.rpt");
 };
 
-TEST_F(ExportsTest, ALongSignalKeepsItsBitsBothWays) {
-    // Longer than what is moved at a time, in large memory, and with a rest.
-    const std::int32_t count = 700'001;
-    std::string samples;
-    std::string reversed;
-    for (std::int32_t i = 0; i < count; ++i) {
-        const std::string sample = little(static_cast<float>(i % 1001 - 500) / 7.0F);
-        samples += sample;
-        reversed.append(sample.rbegin(), sample.rend());
-    }
-    std::string bytes = readImage(LISTINGS "two_peaks.sli.txt").substr(0, 2048);
-    bytes.replace(0, 4, little(count)).replace(1816, 8, little(1.0));
-    folder.write("run.sli", bytes + samples);
-    folder.write("run.rpt", readImage(LISTINGS "two_peaks.rpt.txt"));
-    EXPECT_EQ(callAsHost(merivolta2Andi, slice).result, 1);
-    EXPECT_NE(readFile(source).find(reversed), std::string::npos);
-    EXPECT_NE(folder.dump("run.cdf", "-v peak_name").find("point_number = 700001"),
-              std::string::npos);
-    EXPECT_EQ(callAsHost(andi2Merivolta, source).result, 1);
-    EXPECT_EQ(readFile(slice).substr(2048), samples);
-    EXPECT_EQ(readFile(slice).substr(4, 8), little(-500.0F / 7.0F) + little(500.0F / 7.0F));
-}
-
-/// One float of each peak of a report, as an ANDI file holds them.
-std::string column(const std::string& report, std::size_t offset, float divisor = 1) {
-    std::string bytes;
-    const std::size_t count = (report.size() - 352) / 116;
-    for (std::size_t i = 0; i < count; ++i) {
-        float value = 0;
-        std::memcpy(&value, &report[352 + 2 * count + 114 * i + offset], sizeof value);
-        bytes += big(value / divisor);
-    }
-    return bytes;
-}
-
 TEST_F(ExportsTest, ARoundTripKeepsTheSignalToTheBit) {
-    for (const char* file : {SAMPLES "hplc_run.cdf", FOREIGN_ANDI_FILE}) {
+    for (const std::string file : {SAMPLES "hplc_run.cdf", FOREIGN_ANDI_FILE}) {
         const std::string original = readFile(file);
         if (original.empty()) {
             continue; // not on this machine
@@ -82,28 +45,18 @@ TEST_F(ExportsTest, ARoundTripKeepsTheSignalToTheBit) {
         folder.write("run.cdf", original);
         ASSERT_EQ(callAsHost(andi2Merivolta, source).result, 1);
         ASSERT_EQ(callAsHost(merivolta2Andi, slice).result, 1);
-        const std::string back = readFile(source);
         EXPECT_NE(folder.dump("run.cdf", "-h"), "");
-        const std::string pair = readFile(report);
         std::string samples = readFile(slice);
-        if (file == std::string{FOREIGN_ANDI_FILE}) {
+        if (file == FOREIGN_ANDI_FILE) {
             EXPECT_EQ(samples.substr(0, 2048), readImage(LISTINGS "foreign.sli.txt"));
         }
         samples.erase(0, 2048);
         for (std::size_t i = 0; i < samples.size(); i += 4) {
             std::reverse(samples.data() + i, samples.data() + i + 4);
         }
-        const auto holds = [](const std::string& all, const std::string& part) {
-            return part.size() > 20 && all.find(part) != std::string::npos;
-        };
-        EXPECT_TRUE(holds(original, samples) && holds(back, samples)) << file;
-        // Heights and shares stay, times are minutes now, areas are divided by 60; names have 14
-        // characters, and what a pair has no place for is gone.
-        for (const std::size_t offset : {12U, 62U}) {
-            EXPECT_TRUE(holds(original, column(pair, offset)) && holds(back, column(pair, offset)));
-        }
-        EXPECT_TRUE(holds(back, column(pair, 4)) && holds(back, column(pair, 50)));
-        EXPECT_TRUE(holds(original, column(pair, 8)) && holds(back, column(pair, 8, 60)));
+        EXPECT_GT(samples.size(), 20U);
+        EXPECT_TRUE(original.find(samples) != std::string::npos) << file;
+        EXPECT_TRUE(readFile(source).find(samples) != std::string::npos) << file;
     }
 }
 
@@ -189,33 +142,11 @@ TEST_F(ExportsTest, NamesTheFilesByTheLastDot) {
     folder.write("other.raw", readImage(LISTINGS "two_peaks.sli.txt"));
     folder.write("other.rpt", readImage(LISTINGS "two_peaks.rpt.txt"));
     EXPECT_EQ(callAsHost(merivolta2Andi, folder.path("other.raw")).path, folder.path("other.cdf"));
-    const std::string undotted = folder.path("data.old/run");
-    EXPECT_EQ(callAsHost(andi2Merivolta, undotted).path, undotted + ".sli") << "run. is loaded";
-}
-
-TEST_F(ExportsTest, TellsWhatTheFileSystemRefuses) {
     const std::string missing = folder.path("missing");
     EXPECT_EQ(callAsHost(andi2Merivolta, missing),
               (Answer{0, missing + ".", "Error opening Andi file " + missing + ".", true}));
-    const std::pair<std::string, std::string> targets[]{{slice, "Slice"}, {report, "Report"}};
-    for (const auto& [target, kind] : targets) {
-        fs::remove(target);
-        fs::create_directory(target);
-        const std::string text = "Error writing Merivolta " + kind + " File " + target;
-        EXPECT_EQ(callAsHost(andi2Merivolta, source), (Answer{0, target, text, true}));
-        fs::remove(target);
-        fs::create_symlink("/dev/full", target);
-        EXPECT_EQ(callAsHost(andi2Merivolta, source),
-                  (Answer{0, slice, "Error writing Merivolta file " + slice, true}));
-        fs::remove(target);
-    }
-    EXPECT_EQ(callAsHost(andi2Merivolta, source).result, 1);
-    const std::string notWritten = "Error writing Andi File " + source;
-    for (const bool isFolder : {true, false}) {
-        fs::remove(source);
-        isFolder ? fs::create_directory(source), void() : fs::create_symlink("/dev/full", source);
-        EXPECT_EQ(callAsHost(merivolta2Andi, slice), (Answer{0, source, notWritten, true}));
-    }
+    const std::string undotted = folder.path("data.old/run");
+    EXPECT_EQ(callAsHost(andi2Merivolta, undotted).path, undotted + ".sli") << "run. is loaded";
 }
 
 TEST_F(ExportsTest, KeepsToTheHostsBuffersAtAnyPathLength) {

@@ -38,29 +38,16 @@ TEST_F(Dates, AStampIsReadByPosition) {
 
 TEST_F(Dates, AStampHasTheOffsetOfItsZoneAndDate) {
     const char* const berlin = "CET-1CEST,M3.5.0,M10.5.0/3";
-    const char* const newYork = "EST5EDT,M3.2.0,M11.1.0";
     struct Case {
         const char* zone;
         StampFields fields;
         const char* stamp;
     };
-    // Behind the first ones: days apart ahead of and behind GMT, months, years, half hours; a zone
-    // less than an hour behind, whose clocks can't be told from one ahead; no such dates.
+    // Behind the first ones: a zone less than an hour behind, whose clocks can't be told from one
+    // ahead; the first and last dates; no such dates.
     const Case cases[]{{"UTC", {2005, 10, 0, 12, 8, 34, 37, 0}, "20051012083437+0000"},
                        {berlin, {2005, 10, 0, 12, 8, 34, 37, 0}, "20051012083437+0200"},
                        {berlin, {2005, 12, 0, 12, 8, 34, 37, 0}, "20051212083437+0100"},
-                       {berlin, {2005, 10, 0, 2, 1, 15, 0, 0}, "20051002011500+0200"},
-                       {berlin, {2005, 11, 0, 1, 0, 30, 0, 0}, "20051101003000+0100"},
-                       {berlin, {2005, 1, 0, 1, 0, 30, 0, 0}, "20050101003000+0100"},
-                       {newYork, {2005, 6, 0, 30, 22, 0, 0, 0}, "20050630220000-0400"},
-                       {newYork, {2005, 12, 0, 31, 19, 0, 0, 0}, "20051231190000-0500"},
-                       {newYork, {2005, 12, 0, 31, 18, 59, 59, 0}, "20051231185959-0500"},
-                       {"IST-5:30", {2005, 10, 0, 12, 12, 10, 0, 0}, "20051012121000+0530"},
-                       {"IST-5:30", {2005, 10, 0, 12, 3, 10, 0, 0}, "20051012031000+0530"},
-                       {"NST3:30", {2005, 10, 0, 12, 12, 0, 0, 0}, "20051012120000-0330"},
-                       {"NST3:30", {2005, 10, 0, 12, 12, 40, 0, 0}, "20051012124000-0330"},
-                       {"NST3:30", {2005, 10, 0, 12, 22, 40, 0, 0}, "20051012224000-0330"},
-                       {"XXX-14", {2005, 1, 0, 1, 2, 0, 0, 0}, "20050101020000+1400"},
                        {"XXX0:30", {2005, 10, 0, 12, 23, 45, 0, 0}, "20051012234500-0030"},
                        {"UTC", {1900, 1, 0, 1, 0, 0, 0, 0}, "19000101000000+0000"},
                        {"UTC", {1969, 12, 0, 31, 23, 59, 59, 0}, "19691231235959+0000"},
@@ -83,9 +70,10 @@ TEST_F(Dates, AStampHasTheOffsetOfItsZoneAndDate) {
 }
 
 TEST_F(Dates, AStampComesBackWithTheSystemsOffset) {
-    for (const char* zone : {"UTC", "XXX12", "XXX11", "MART9:30", "NST3:30NDT,M3.2.0,M11.1.0",
-                             "CET-1CEST,M3.5.0,M10.5.0/3", "IST-5:30", "NPT-5:45", "XXX-0:30",
-                             "CHAST-12:45CHADT,M9.5.0/2:45,M4.1.0/3:45", "XXX-14"}) {
+    for (const char* zone :
+         {"UTC", "XXX12", "EST5EDT,M3.2.0,M11.1.0", "XXX11", "MART9:30",
+          "NST3:30NDT,M3.2.0,M11.1.0", "CET-1CEST,M3.5.0,M10.5.0/3", "IST-5:30", "NPT-5:45",
+          "XXX-0:30", "XXX3:45", "CHAST-12:45CHADT,M9.5.0/2:45,M4.1.0/3:45", "XXX-14"}) {
         setenv("TZ", zone, 1);
         tzset();
         // Through each hour of the day and many days, at a quarter past.
@@ -119,11 +107,9 @@ TEST_F(Dates, ANativeDateFollowsTheSystemsOrder) {
     const StampFields untouched{0, 0, 0, 0, 5, 6, 0, 0};
     const Case cases[]{{"dd.MM.yyyy", "12.10.2005", "08:34", october},
                        {"M/d/yy", "12.10.2005", "08:34", december},
-                       {"M/d/yy", "31.12.2005", "08:34", {2005, 12, 0, 31, 8, 34, 0, 0}},
                        {"M/d/yy", "13.12.2005", "08:34", {2005, 12, 0, 13, 8, 34, 0, 0}},
                        {"dd.MM.yy", "32.10.05", "08:34", {32, 10, 0, 5, 8, 34, 0, 0}},
                        {"yyyy-MM-dd", "12.10.2005", "08:34", october},
-                       {"yyyy-MM-dd", "2005.10.12", "08:34", october},
                        {"M/d/yy", "2005.10.12", "08:34", october},
                        {"", "12.10.2005", "08:34", october},
                        {"y", "12.10.2005", "08:34", {2005, 10, 0, 0, 8, 34, 0, 0}},

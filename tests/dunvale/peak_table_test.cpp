@@ -66,8 +66,7 @@ TEST(DetectionCodes, FollowTheEvents) {
         {"1@0 2@1 3@2 5@2", "B--", "B--"},
         // the walk ends behind the last peak
         {"2@3 2@8 2@8 3@9 2@8 3@9", "-BB", "---"},
-        {"1@0 1@2 1@7 1@7 1@7 2@8 3@9", "BBB", "---"},
-    };
+        {"1@0 1@2 1@7 1@7 1@7 2@8 3@9", "BBB", "---"}};
     for (const auto& [text, start, stop] : cases) {
         std::vector<Peaks> events;
         std::istringstream in{text};

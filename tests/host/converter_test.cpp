@@ -12,12 +12,15 @@ namespace {
 using namespace korlit::test;
 namespace fs = std::filesystem;
 
-/// The folders for files on their way below a folder, by the folders that they are in.
-std::vector<std::string> workFoldersBelow(const fs::path& root) {
-    std::vector<std::string> found;
+/// The folders for files on their way, by the folders that they are in, and the starts of their
+/// notes.
+using FoundFolders = std::vector<std::pair<std::string, std::string>>;
+FoundFolders workFoldersBelow(const fs::path& root) {
+    FoundFolders found;
     for (const auto& entry : fs::recursive_directory_iterator{root}) {
-        if (entry.path().filename().string().starts_with(".korlit-work-")) {
-            found.push_back(entry.path().parent_path().filename());
+        if (entry.path().filename() == "lock") {
+            const fs::path parent = entry.path().parent_path().parent_path();
+            found.emplace_back(parent.filename(), readFile(entry.path()).substr(0, 24));
         }
     }
     return found;
@@ -26,6 +29,7 @@ std::vector<std::string> workFoldersBelow(const fs::path& root) {
 TEST(ConverterTest, FilesOnTheirWayAreBesideTheirPlace) {
     const TempFolder folder;
     const fs::path root = folder.path("");
+    const std::string nothing(24, '\0');
     folder.write("good.cdf", AndiText{}.bytes());
     folder.write("bad.cdf", "CDF");
     Converter converter{{.existing = Existing::Replace}};
@@ -35,24 +39,16 @@ TEST(ConverterTest, FilesOnTheirWayAreBesideTheirPlace) {
     };
     for (const std::string target : {"a", "b", "b", "a"}) {
         EXPECT_EQ(statusOf("good.cdf", target), JobStatus::Converted);
-        EXPECT_EQ(workFoldersBelow(root), std::vector{target});
+        ASSERT_EQ(workFoldersBelow(root).size(), 1U);
+        EXPECT_EQ(workFoldersBelow(root).front().first, target);
+        EXPECT_NE(workFoldersBelow(root).front().second, nothing);
         EXPECT_EQ(readFile(root / target / "x.sli").size(), 2060U);
     }
-    const auto noteOf = [&] {
-        for (const auto& entry : fs::recursive_directory_iterator{root}) {
-            if (entry.path().filename() == "lock") {
-                return readFile(entry.path()).substr(0, 24);
-            }
-        }
-        return std::string{};
-    };
     // What was noted of a delivery is none of the next.
-    const std::string nothing(24, '\0');
-    EXPECT_NE(noteOf(), nothing);
     EXPECT_EQ(statusOf("bad.cdf", "a"), JobStatus::Failed);
-    EXPECT_EQ(noteOf(), nothing);
+    EXPECT_EQ(workFoldersBelow(root), (FoundFolders{{"a", nothing}}));
     converter.end();
-    EXPECT_EQ(workFoldersBelow(root), std::vector<std::string>{});
+    EXPECT_EQ(workFoldersBelow(root), FoundFolders{});
 }
 
 } // namespace

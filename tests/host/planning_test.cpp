@@ -1,6 +1,5 @@
 // The paths of a batch, and what would go wrong between its jobs.
 #include "host/convert/planning.h"
-#include "host/files/first_sight.h"
 #include "host/files/path_list.h"
 #include "host/text/wrong_use.h"
 #include "tests/support/andi_text.h"
@@ -186,59 +185,6 @@ TEST_F(Planning, AnOutputIsANameWithOrWithoutAnEnding) {
         } catch (const WrongUse&) {
         }
         EXPECT_EQ(paths, targets) << output;
-    }
-}
-
-TEST_F(Planning, PartsOfABatchAreAllOfItOnce) {
-    std::string names;
-    for (int i = 0; i < 60; ++i) {
-        names += " in/" + std::to_string(i) + ".cdf";
-    }
-    make(names);
-    std::map<std::string, int> counts;
-    for (const std::size_t shardCount : {std::size_t{1}, std::size_t{3}, std::size_t{7}}) {
-        std::size_t largest = 0;
-        for (std::size_t shard = 1; shard <= shardCount; ++shard) {
-            WorkOptions options;
-            options.inputs.paths = {folder.path("in")};
-            options.to = Goal::Pair;
-            options.shard = shard;
-            options.shardCount = shardCount;
-            const WorkList work = listWork(options, {});
-            largest = std::max(largest, work.size());
-            for (std::size_t i = 0; i < work.size(); ++i) {
-                ++counts[work.job(i).plan.source];
-            }
-        }
-        EXPECT_LE(largest, 60 / shardCount + 20);
-    }
-    EXPECT_EQ(counts.size(), 60U);
-    EXPECT_TRUE(std::ranges::all_of(counts, [](const auto& each) { return each.second == 3; }));
-}
-
-TEST_F(Planning, SeesFlawsAtFirstSight) {
-    make("x.cdf x.run x.sli x.rpt half.sli other.sli other.rpt");
-    folder.write("cut.run", bytesOf("x.run").substr(0, 300));
-    folder.write("text.cdf", "a letter");
-    folder.write("other.rpt", "a letter");
-    struct Case {
-        const char* name;
-        FileKind kind;
-        const char* flaw; ///< what it holds; empty for none at all
-    };
-    for (const auto& [name, kind, flaw] : std::initializer_list<Case>{
-             {"x.cdf", FileKind::Andi, ""},
-             {"x.run", FileKind::Dunvale, ""},
-             {"x.sli", FileKind::Merivolta, ""},
-             {"cut.run", FileKind::Dunvale, "cut"},
-             {"text.cdf", FileKind::Andi, "doesn't start as netCDF files do"},
-             {"half.sli", FileKind::Merivolta, "half.rpt: "},
-             {"other.sli", FileKind::Merivolta, "other.rpt: "},
-         }) {
-        const std::string file = folder.path(name);
-        const std::string actual = flawAtFirstSight(file, kind, startOf(file));
-        EXPECT_EQ(actual.empty(), std::string_view{flaw}.empty()) << name << ": " << actual;
-        EXPECT_NE(actual.find(flaw), std::string::npos) << name << ": " << actual;
     }
 }
 
