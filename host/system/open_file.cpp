@@ -66,7 +66,7 @@ void OpenFile::moveRest(std::int64_t place, std::int64_t distance) const {
         write(from + distance, bytes);
         done += length;
     }
-    if (distance < 0 && ftruncate(descriptor, end + distance) != 0) {
+    if (ftruncate(descriptor, end + distance) != 0) {
         fail();
     }
 }

@@ -33,7 +33,7 @@ constexpr std::array<Field, 6> dateAndTime{{
     {.place = 12, .width = 2, .greatest = 60},
 }};
 constexpr std::array<Field, 2> offset{{
-    {.place = 15, .width = 2, .greatest = 14},
+    {.place = 15, .width = 4, .greatest = 1400}, // hours with their minutes
     {.place = 17, .width = 2, .greatest = 59},
 }};
 

@@ -19,7 +19,7 @@ TEST(OpenFileTest, MovesTheRestOfAFileEitherWay) {
     for (std::size_t i = 0; i < bytes.size(); ++i) {
         bytes[i] = static_cast<char>(i * 7 + i / 251);
     }
-    for (const std::int64_t rest : {1L, part - 1, part, part + 1, 2 * part + 3}) {
+    for (const std::int64_t rest : {0L, 1L, part - 1, part, part + 1, 2 * part + 3}) {
         for (const std::int64_t distance : {-100L, -1L, 1L, 100L}) {
             const OpenFile file{folder.write("x", bytes), OpenFile::Use::Change};
             file.moveRest(std::ssize(bytes) - rest, distance);
