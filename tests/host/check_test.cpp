@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <iterator>
 #include <sstream>
 #include <utility>
 
@@ -41,22 +42,20 @@ class Rules : public testing::Test {
     }
 
     /// What all rules find in a file, or those of structure alone.
-    Findings find(const std::string& bytes, bool isOfStructure) const {
+    std::string found(const std::vector<Edit>& edits, bool isOfStructure = false) const {
         AndiImage image;
-        EXPECT_EQ(load(image, folder.write("x.cdf", bytes)), "");
+        EXPECT_EQ(load(image, folder.write("x.cdf", edited(edits))), "");
         const Subject subject = subjectOf(image);
         Findings findings;
-        if (!isOfStructure) {
-            return departuresFromTemplate(subject);
+        if (isOfStructure) {
+            applyRules(structureRules(), subject, findings);
+        } else {
+            findings = departuresFromTemplate(subject);
         }
-        applyRules(structureRules(), subject, findings);
-        return findings;
-    }
-    std::string found(const std::vector<Edit>& edits) const {
-        return severityAndRule(find(edited(edits), false));
+        return severityAndRule(findings);
     }
     std::string foundOfStructure(const std::vector<Edit>& edits) const {
-        return severityAndRule(find(edited(edits), true));
+        return found(edits, true);
     }
 
     TempFolder folder;
@@ -67,14 +66,20 @@ std::string nameWord(const std::string& name) {
     return '\'' + name + '\'';
 }
 
+std::vector<std::string> wordsIn(const char* text) {
+    std::istringstream in{text};
+    return {std::istream_iterator<std::string>{in}, {}};
+}
+
 TEST_F(Rules, WantOfEachVariableItsNameTypeAndDimension) {
     struct Variables {
         const char* names;
         std::string layout;      ///< dimensions, no attributes, type
-        std::string otherLayout; ///< over a dimension of the same length; empty where there is none
+        std::string otherLayout; ///< over another dimension of the same length, where one is
         std::string missing;
         std::string wrong;
     };
+    const std::string number = " 0 0 0 5";
     const std::string column = " 1 1 0 0 5";
     const std::string otherColumn = " 1 4 0 0 5";
     const std::string texts = " 2 1 2 0 0 2";
@@ -83,10 +88,10 @@ TEST_F(Rules, WantOfEachVariableItsNameTypeAndDimension) {
     for (const auto& [names, layout, otherLayout, missing, wrong] :
          std::initializer_list<Variables>{
              {"raw_data_retention", " 1 0 0 0 5", " 1 3 0 0 5", "", "warning"},
-             {"actual_sampling_interval", " 0 0 0 5", "", "error", "warning"},
+             {"actual_sampling_interval", number, number, "error", "warning"},
              {"actual_run_time_length actual_delay_time detector_maximum_value "
               "detector_minimum_value",
-              " 0 0 0 5", "", "warning", "warning"},
+              number, number, "warning", "warning"},
              {"peak_retention_time peak_area", column, otherColumn, "warning", "error"},
              {"peak_amount peak_start_time peak_end_time peak_area_percent peak_height", column,
               otherColumn, "", "error"},
@@ -98,21 +103,18 @@ TEST_F(Rules, WantOfEachVariableItsNameTypeAndDimension) {
              {"peak_start_detection_code peak_stop_detection_code", texts, otherTexts, "",
               "warning"},
          }) {
-        std::istringstream in{names};
-        for (std::string name; in >> name;) {
+        for (const std::string& name : wordsIn(names)) {
+            SCOPED_TRACE(name);
             const std::string old = nameWord(name) + layout;
-            EXPECT_EQ(foundOfStructure({{old, nameWord("x" + name.substr(1)) + layout}}),
-                      missing.empty() ? "" : missing + " missing-variable")
-                << name;
+            const auto foundWith = [&](const std::string& other) {
+                return foundOfStructure({{old, other}});
+            };
+            EXPECT_EQ(foundWith(nameWord("x" + name.substr(1)) + layout),
+                      missing.empty() ? "" : missing + " missing-variable");
             const std::string otherType = layout.ends_with('2') ? "1" : "4";
-            EXPECT_EQ(foundOfStructure({{old, old.substr(0, old.size() - 1) + otherType}}),
-                      wrong + " wrong-type")
-                << name;
-            if (!otherLayout.empty()) {
-                EXPECT_EQ(foundOfStructure({{old, nameWord(name) + otherLayout}}),
-                          wrong + " wrong-dimension")
-                    << name;
-            }
+            EXPECT_EQ(foundWith(old.substr(0, old.size() - 1) + otherType), wrong + " wrong-type");
+            EXPECT_EQ(foundWith(nameWord(name) + otherLayout),
+                      otherLayout == layout ? "" : wrong + " wrong-dimension");
         }
     }
     // An attribute does for a number, but for no column.
@@ -126,10 +128,6 @@ TEST_F(Rules, WantOfEachVariableItsNameTypeAndDimension) {
     const std::string marks = "'manually_reintegrated_peaks' 1 ";
     EXPECT_EQ(foundOfStructure({{marks + "1 0 0 3", marks + "4 0 0 3"}}),
               "warning wrong-dimension");
-    const std::string samples = "'ordinate_values' 1 ";
-    EXPECT_EQ(foundOfStructure({{samples + "0", samples + "3"}}), "error wrong-dimension");
-    EXPECT_EQ(foundOfStructure({{samples + "0", "'xrdinate_values' 1 0"}}),
-              "error missing-variable");
 }
 
 TEST_F(Rules, WantTextsOfTheTemplateToBeTexts) {
@@ -141,8 +139,7 @@ TEST_F(Rules, WantTextsOfTheTemplateToBeTexts) {
                     "separation_experiment_type source_file_reference sample_name sample_id "
                     "detection_method_name detector_name peak_amount_unit error_log",
                     false}}) {
-        std::istringstream in{names};
-        for (std::string name; in >> name;) {
+        for (const std::string& name : wordsIn(names)) {
             const std::string old = nameWord(name) + " 2";
             EXPECT_EQ(foundOfStructure({{old, nameWord("x" + name.substr(1)) + " 2"}}),
                       isRequired ? "warning missing-attribute" : "")
@@ -154,13 +151,13 @@ TEST_F(Rules, WantTextsOfTheTemplateToBeTexts) {
 }
 
 TEST_F(Rules, LookAtValuesUpToTheirLimits) {
-    const std::string run = "9f 2f 8f 3f 80f 10f 5f 8f"; // interval, length, delay, limits, peaks
+    // The interval, length, delay, limits and peaks.
+    const auto run = [](const std::string& numbers) {
+        return Edit{"2f 8f 3f 80f 10f 5f 8f", numbers};
+    };
     const Edit uneven{"'uniform_sampling_flag' 2 1 \"Y\"", "'uniform_sampling_flag' 2 1 \"N\""};
     const auto unit = [](const std::string& text) {
         return Edit{"'retention_unit' 2 7 \"seconds\"", "'retention_unit' 2 7 \"" + text + '"'};
-    };
-    const auto stamp = [](const std::string& text) {
-        return Edit{"\"20240229130000-0230\"", '"' + text + '"'};
     };
     const Edit large{"10f 20f 80f 11f", "1000000f 1000001f 1000001f 1000000f"};
     struct Case {
@@ -169,86 +166,44 @@ TEST_F(Rules, LookAtValuesUpToTheirLimits) {
     };
     for (const auto& [edits, expected] : std::initializer_list<Case>{
              // The run is from 3 to 11; an interval on either side belongs to it.
-             {{{run, "9f 2f 8f 3f 80f 10f 1f 8f"}, {"4f 6f", "1f 6f"}}, ""},
-             {{{run, "9f 2f 8f 3f 80f 10f 0.999f 8f"}, {"4f 6f", "0f 6f"}}, "warning outside-run"},
-             {{{run, "9f 2f 8f 3f 80f 10f 5f 13f"}, {"6f 9f", "6f 14f"}}, ""},
-             {{{run, "9f 2f 8f 3f 80f 10f 5f 13.001f"}, {"6f 9f", "6f 14f"}},
-              "warning outside-run"},
-             {{{run, "9f 2f 8f 3f 80f 10f 5f 14f"}, {"6f 9f", "6f 14f"}, uneven},
-              "error not-uniform"},
-             {{{run, "9f 2f 8f nanf 80f 10f 5f 8f"}}, ""},
+             {{run("2f 8f 3f 80f 10f 1f 8f"), {"4f 6f", "1f 6f"}}, ""},
+             {{run("2f 8f 3f 80f 10f 0.999f 8f"), {"4f 6f", "0f 6f"}}, "warning outside-run"},
+             {{run("2f 8f 3f 80f 10f 5f 13f"), {"6f 9f", "6f 14f"}}, ""},
+             {{run("2f 8f 3f 80f 10f 5f 13.001f"), {"6f 9f", "6f 14f"}}, "warning outside-run"},
+             {{run("2f 8f 3f 80f 10f 5f 14f"), {"6f 9f", "6f 14f"}, uneven}, "error not-uniform"},
+             {{run("2f 8f nanf 80f 10f 5f 8f")}, ""},
              // A peak may begin and end where it is highest, but for the rounding of floats.
-             {{{run, "9f 2f 8f 3f 80f 10f 4f 9f"}}, ""},
-             {{{run, "9f 2f 8f 3f 80f 10f 3.999998f 9.000005f"}}, ""},
-             {{{run, "9f 2f 8f 3f 80f 10f 3.9999f 8f"}}, "warning peak-times"},
-             {{{run, "9f 2f 8f 3f 80f 10f 5f 9.0001f"}}, "warning peak-times"},
-             {{{"4f 6f", "6.000005f 6f"}, {run, "9f 2f 8f 3f 80f 10f 6f 8f"}}, ""},
-             {{{"4f 6f", "6.0001f 6f"}, {run, "9f 2f 8f 3f 80f 10f 6f 8f"}}, "warning peak-times"},
+             {{run("2f 8f 3f 80f 10f 4f 9f")}, ""},
+             {{run("2f 8f 3f 80f 10f 3.999998f 9.000005f")}, ""},
+             {{run("2f 8f 3f 80f 10f 3.9999f 8f")}, "warning peak-times"},
+             {{run("2f 8f 3f 80f 10f 5f 9.0001f")}, "warning peak-times"},
+             {{{"4f 6f", "6.000005f 6f"}, run("2f 8f 3f 80f 10f 6f 8f")}, ""},
+             {{{"4f 6f", "6.0001f 6f"}, run("2f 8f 3f 80f 10f 6f 8f")}, "warning peak-times"},
              {{{"4f 6f", "nanf 6f"}}, ""},
              // A limit within a millionth of the span of 70, or half a bit of what is large.
-             {{{run, "9f 2f 8f 3f 79.99994f 10.00006f 5f 8f"}}, ""},
-             {{{run, "9f 2f 8f 3f 79.9999f 10f 5f 8f"}}, "warning detector-limit"},
-             {{{run, "9f 2f 8f 3f 80f 10.0001f 5f 8f"}}, "warning detector-limit"},
-             {{{run, "9f 2f 8f 3f 79f 11f 5f 8f"}},
-              "warning detector-limit, warning detector-limit"},
-             {{{run, "9f 2f 8f 3f 81f -inff 5f 8f"}}, ""},
-             {{{run, "9f 2f 8f 3f nanf nanf 5f 8f"}}, ""},
-             {{large, {run, "9f 2f 8f 3f 1000000.9375f 0f 5f 8f"}}, ""},
-             {{large, {run, "9f 2f 8f 3f 1000000.875f 0f 5f 8f"}}, "warning detector-limit"},
-             // Samples.
-             {{{"10f 20f 80f 11f", "nanf 20f 80f 11f"}}, "error bad-sample"},
-             {{{"10f 20f 80f 11f", "10f 20f 80f -inff"}}, "error bad-sample"},
+             {{run("2f 8f 3f 79.99994f 10.00006f 5f 8f")}, ""},
+             {{run("2f 8f 3f 79.9999f 10f 5f 8f")}, "warning detector-limit"},
+             {{run("2f 8f 3f 80f 10.0001f 5f 8f")}, "warning detector-limit"},
+             {{run("2f 8f 3f 79f 11f 5f 8f")}, "warning detector-limit, warning detector-limit"},
+             {{run("2f 8f 3f 81f -inff 5f 8f")}, ""},
+             {{run("2f 8f 3f nanf nanf 5f 8f")}, ""},
+             {{large, run("2f 8f 3f 1000000.9375f 0f 5f 8f")}, ""},
+             {{large, run("2f 8f 3f 1000000.875f 0f 5f 8f")}, "warning detector-limit"},
              {{{"10f 20f 80f 11f", "nanf nanf nanf nanf"}}, "error bad-sample"},
-             // Intervals, which are no matter where each sample has its time.
-             {{{run, "9f 0f 8f 3f 80f 10f 5f 8f"}}, "error sampling-interval"},
-             {{{run, "9f -2f 8f 3f 80f 10f 5f 8f"}}, "error sampling-interval"},
-             {{{run, "9f nanf 8f 3f 80f 10f 5f 8f"}}, "error sampling-interval"},
-             {{{run, "9f 0f 8f 3f 80f 10f 5f 8f"}, uneven}, "error not-uniform"},
+             // An interval is no matter where each sample has its time.
+             {{run("0f 8f 3f 80f 10f 5f 8f"), uneven}, "error not-uniform"},
              {{uneven, {"'raw_data_retention' 1", "'xaw_data_retention' 1"}},
               "error not-uniform, warning not-uniform"},
              // Units and stamps.
              {{unit("sec.___")}, ""},
              {{unit("SECONDS")}, ""},
-             {{unit("Minutes")}, ""},
              {{unit("_second")}, "warning retention-unit"},
-             {{unit("hours__")}, "warning retention-unit"},
-             {{stamp("20001231235960+1400")}, ""},
-             {{stamp("20001231235961+1400")}, "error time-stamp"},
-             {{stamp("20001231235960+1360")}, "error time-stamp"},
-             {{stamp("2000123123595960-01")}, "error time-stamp"},
-             {{stamp("20240229130000-023x"),
+             {{{"\"20240229130000-0230\"", "\"20001231235960+1400\""}}, ""},
+             {{{"\"20240229130000-0230\"", "\"20240229130000-023x\""},
                {"\"20240229120000+0100\"", "\"20230229120000+0100\""}},
               "error time-stamp, error time-stamp"},
          }) {
         EXPECT_EQ(found(edits), expected) << edits.back().second;
-    }
-}
-
-TEST_F(Rules, SeeSizesAndCountsThatDisagree) {
-    struct Case {
-        const char* dimensions;
-        const char* variables;
-        const char* found;
-    };
-    const std::string ordinates = "'ordinate_values' 1 0 0 0 5 12 1024";
-    for (const auto& [dimensions, variables, expected] : std::initializer_list<Case>{
-             {"10 1 'point_number' 3", "'x' 0 0 0 2 1 1024", ""},
-             {"10 1 'point_number' 3", "'x' 0 0 0 2 4 1024", ""}, // with its padding
-             {"10 1 'point_number' 3", "'x' 0 0 0 2 3 1024", "error wrong-size"},
-             {"10 1 'point_number' 3", "'x' 0 0 0 2 5 1024", "error wrong-size"},
-             {"10 1 'point_number' 3", "'x' 0 0 0 6 8 1024", ""},
-             {"10 1 'point_number' 3", "'x' 0 0 0 6 12 1024", "error wrong-size"},
-             {"10 2 'point_number' 3 'runs' 0", "'x' 1 1 0 0 4 4 1024", "warning record-dimension"},
-             {"10 2 'point_number' 3 'runs' 0", "'x' 0 0 0 4 4 1024", ""},
-         }) {
-        AndiText file;
-        file.dimensions = dimensions;
-        file.variables = "11 2 " + ordinates + " " + variables;
-        Findings findings = find(file.bytes(), true);
-        // Such a small file lacks much.
-        std::erase_if(findings,
-                      [](const Finding& each) { return each.rule.starts_with("missing"); });
-        EXPECT_EQ(severityAndRule(findings), expected) << dimensions << variables;
     }
 }
 

@@ -3,13 +3,14 @@
 #include "host/data/facts.h"
 #include "host/files/staging.h"
 #include "host/manifest/file_facts.h"
-#include "host/text/wrong_use.h"
 #include "tests/support/andi_text.h"
 #include "tests/support/run_text.h"
+#include "tests/support/signal.h"
 #include "tests/support/temp_folder.h"
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cmath>
 #include <cstring>
 #include <numeric>
@@ -60,9 +61,8 @@ TEST(Images, LeaveOutMassSpectraAndAllDataWhereOnlyTheHeaderIsAskedFor) {
     for (const auto& [name, isLoaded] :
          {std::pair{"mass_values", false}, std::pair{"intensity_values", false},
           std::pair{"time_values", false}, std::pair{"total_intensity", true}}) {
-        AndiText file;
-        file.variables = "11 2 'ordinate_values' 1 0 0 0 5 12 1024 '" + std::string{name} +
-                         "' 1 0 0 0 5 12 1024";
+        const AndiText file{.variables = "11 2 'ordinate_values' 1 0 0 0 5 12 1024 '" +
+                                         std::string{name} + "' 1 0 0 0 5 12 1024"};
         const std::string path = folder.write("x.cdf", file.bytes());
         AndiImage image;
         AndiImage header;
@@ -74,109 +74,74 @@ TEST(Images, LeaveOutMassSpectraAndAllDataWhereOnlyTheHeaderIsAskedFor) {
     }
 }
 
-/// A file of the samples 5, 7 and 6 with further texts and three floats of a variable besides.
-AndiText withVariable(const std::string& variable, const std::string& data) {
-    AndiText file;
-    file.variables = "11 2 'ordinate_values' 1 0 0 0 5 12 1024 " + variable;
-    file.data += " " + data;
-    return file;
+/// A file of the samples 5, 7 and 6 with a variable of the data besides, from 1036 on.
+AndiText withVariable(const std::string& variable, const std::string& data,
+                      const std::string& globals = "0 0") {
+    return {.globals = globals,
+            .variables = "11 2 'ordinate_values' 1 0 0 0 5 12 1024 " + variable,
+            .data = "5f 7f 6f " + data};
+}
+
+DataSet dataSetOf(const AndiText& file) {
+    const TempFolder folder;
+    return loadDataSets(folder.write("x.cdf", file.bytes())).front();
 }
 
 TEST(DataSets, HaveTimesThatAscendOneForEachSample) {
-    const TempFolder folder;
+    const std::string uneven = oneText("uniform_sampling_flag", "N");
     for (const auto& [data, areTaken] :
-         std::initializer_list<std::pair<const char*, bool>>{{"1f 2f 2f", true},
-                                                             {"-1f 0f 3f", true},
-                                                             {"1f 2f 1.5f", false},
-                                                             {"2f 1f 3f", false},
-                                                             {"nanf 1f 2f", false},
-                                                             {"1f 2f inff", false}}) {
-        for (const char* flag : {"N", "Y"}) {
-            AndiText file = withVariable("'raw_data_retention' 1 0 0 0 5 12 1036", data);
-            file.globals = oneText("uniform_sampling_flag", flag);
-            const DataSet set = loadDataSets(folder.write("x.cdf", file.bytes())).front();
-            EXPECT_EQ(set.times.size(), areTaken && *flag == 'N' ? 3U : 0U) << flag << data;
-        }
+         {std::pair{"1f 2f 2f", true}, std::pair{"-1f 0f 3f", true}, std::pair{"1f 2f 1.5f", false},
+          std::pair{"2f 1f 3f", false}, std::pair{"nanf 1f 2f", false},
+          std::pair{"1f 2f inff", false}}) {
+        const char* times = "'raw_data_retention' 1 0 0 0 5 12 1036";
+        EXPECT_EQ(dataSetOf(withVariable(times, data, uneven)).times.size(), areTaken ? 3U : 0U)
+            << data;
+        EXPECT_TRUE(dataSetOf(withVariable(times, data)).times.empty());
     }
-    AndiText file = withVariable("'raw_data_retention' 1 1 0 0 5 8 1036", "1f 2f");
+    AndiText file = withVariable("'raw_data_retention' 1 1 0 0 5 8 1036", "1f 2f", uneven);
     file.dimensions = "10 2 'point_number' 3 'two' 2";
-    file.globals = oneText("uniform_sampling_flag", "N");
-    EXPECT_TRUE(loadDataSets(folder.write("x.cdf", file.bytes())).front().times.empty());
+    EXPECT_TRUE(dataSetOf(file).times.empty());
 }
 
 TEST(DataSets, HaveIntervalsOfWholeMillisecondsWhereAFloatCanBeThat) {
-    const TempFolder folder;
-    struct Case {
-        const char* unit;
-        const char* interval;
-        double ms;
-    };
     for (const auto& [unit, interval, ms] :
-         std::initializer_list<Case>{{"seconds", "0.2f", 200},
-                                     {"seconds", "0.0333f", 33.3},
-                                     {"seconds", "32.767f", 32767},
-                                     {"minutes", "0.001f", 60},
-                                     {"minutes", "0.00333333f", 199.9998},
-                                     {"seconds", "0f", 0}}) {
-        AndiText file = withVariable("'actual_sampling_interval' 0 0 0 5 4 1036", interval);
-        file.globals = oneText("retention_unit", unit);
-        const DataSet set = loadDataSets(folder.write("x.cdf", file.bytes())).front();
-        if (ms == std::round(ms)) {
-            EXPECT_EQ(set.samplingInterval, ms / 60000) << interval;
-        } else {
-            EXPECT_NEAR(set.samplingInterval * 60000, ms, ms * 1e-7) << interval;
-        }
+         {std::tuple{"seconds", "0.2f", 200.0}, std::tuple{"seconds", "0.0333f", 33.3},
+          std::tuple{"seconds", "32.767f", 32767.0}, std::tuple{"minutes", "0.001f", 60.0},
+          std::tuple{"minutes", "0.00333333f", 199.9998}, std::tuple{"seconds", "0f", 0.0}}) {
+        const double minutes = dataSetOf(withVariable("'actual_sampling_interval' 0 0 0 5 4 1036",
+                                                      interval, oneText("retention_unit", unit)))
+                                   .samplingInterval;
+        EXPECT_NEAR(minutes, ms / 60000, ms == std::round(ms) ? 0 : ms * 1e-7 / 60000) << interval;
     }
 }
 
 TEST(DataSets, HaveAPeakForEachNameOrTime) {
-    const TempFolder folder;
     AndiText file = withVariable("'peak_name' 2 0 1 0 0 2 6 1036", "\"ab__c_\"");
     file.dimensions = "10 2 'point_number' 3 'length' 2";
-    const DataSet set = loadDataSets(folder.write("x.cdf", file.bytes())).front();
+    const DataSet set = dataSetOf(file);
     ASSERT_EQ(set.peaks.size(), 3U);
     EXPECT_EQ(set.peaks[0].name, "ab");
     EXPECT_EQ(set.peaks[2].name, "c_");
     EXPECT_FALSE(set.peaks[0].retentionTime);
-    file = withVariable("'peak_retention_time' 1 0 0 0 5 12 1036", "60f 120f 180f");
-    const DataSet timed = loadDataSets(folder.write("x.cdf", file.bytes())).front();
+    const DataSet timed =
+        dataSetOf(withVariable("'peak_retention_time' 1 0 0 0 5 12 1036", "60f 120f 180f"));
     ASSERT_EQ(timed.peaks.size(), 3U);
     EXPECT_EQ(timed.peaks[2].retentionTime, 3);
     EXPECT_EQ(timed.peaks[2].name, "");
 }
 
 TEST(DataSets, OfAMassSpectrometerTakeOtherNamesWhereTheUsualOnesAreMissing) {
-    const TempFolder folder;
     const std::string title = "'experiment_title' 2 1 \"T\"";
     for (const auto& [globals, sample, count] :
          {std::tuple{"12 1 " + title, "T", 2U},
           std::tuple{"12 2 " + title + " 'sample_name' 2 1 \"S\"", "S", 2U},
           std::tuple{"12 2 " + title + " 'sample_name' 2 0", "T", 2U}}) {
-        AndiText file;
-        file.globals = globals;
-        file.variables = "11 1 'total_intensity' 1 0 0 0 5 12 1024";
-        const DataSet set = loadDataSets(folder.write("x.cdf", file.bytes())).front();
+        const DataSet set = dataSetOf(
+            {.globals = globals, .variables = "11 1 'total_intensity' 1 0 0 0 5 12 1024"});
         EXPECT_TRUE(set.isTotalIon && !set.isUniform && set.times.empty());
         EXPECT_EQ(set.signal[1], 7);
         EXPECT_EQ(set.text("sample_name"), sample);
         EXPECT_EQ(set.texts.size(), count);
-    }
-}
-
-TEST(DataSets, OfARunAreItsChannelsOrOneOfThem) {
-    for (const int channel : {0, 1, 2, 3, 4}) {
-        std::vector<DataSet> sets(3);
-        for (std::size_t i = 0; i < sets.size(); ++i) {
-            sets[i].kind = FileKind::Dunvale;
-            sets[i].channel = static_cast<int>(i) + 1;
-        }
-        if (channel > 3) {
-            EXPECT_THROW(pickChannel(sets, channel), WrongUse);
-            continue;
-        }
-        pickChannel(sets, channel);
-        EXPECT_EQ(sets.size(), channel == 0 ? 3U : 1U);
-        EXPECT_EQ(sets.front().channel, std::max(channel, 1));
     }
 }
 
@@ -200,19 +165,14 @@ TEST(Staging, NamesTheSourceHoweverLongTheStagedNameIs) {
 
 TEST(Facts, AreOfTheSamplesThatCount) {
     using Found = std::optional<Extremes>;
-    struct Case {
-        std::vector<float> samples;
-        Found all;
-        Found finite;
-    };
-    for (const auto& [samples, all, finite] : std::initializer_list<Case>{
+    for (const auto& [samples, all, finite] :
+         std::initializer_list<std::tuple<std::vector<float>, Found, Found>>{
              {{}, {}, {}},
              {{noNumber, noNumber}, {}, {}},
-             {{noNumber, 3}, Extremes{1, 1}, Extremes{1, 1}},
-             {{2, 1, 3, 1, 3}, Extremes{1, 2}, Extremes{1, 2}}, // the first of each
-             {{3, 2, 1}, Extremes{2, 0}, Extremes{2, 0}},
-             {{-1, infinite, noNumber, -infinite, 0}, Extremes{3, 1}, Extremes{0, 4}},
-             {{0, -0.0F}, Extremes{0, 0}, Extremes{0, 0}},
+             {{noNumber, 3}, {{1, 1}}, {{1, 1}}},
+             {{2, 1, 3, 1, 3}, {{1, 2}}, {{1, 2}}}, // the first of each
+             {{-1, infinite, noNumber, -infinite, 0}, {{3, 1}}, {{0, 4}}},
+             {{0, -0.0F}, {{0, 0}}, {{0, 0}}},
          }) {
         EXPECT_EQ(extremesOf(viewOf(samples)), all);
         EXPECT_EQ(extremesOf(viewOf(samples), [](double each) { return std::isfinite(each); }),
@@ -222,17 +182,13 @@ TEST(Facts, AreOfTheSamplesThatCount) {
 
 TEST(Facts, AreOfTheTimesThatAFileHas) {
     const std::vector<float> times{60, 61, 63, 63, 69};
-    struct Case {
-        std::size_t count; ///< of the times in seconds
-        double median;     ///< seconds; of two in the middle the longer
-    };
-    for (const auto& [count, median] :
-         std::initializer_list<Case>{{0, 0}, {1, 0}, {2, 1}, {3, 2}, {4, 1}, {5, 2}}) {
+    constexpr std::array medians{0, 0, 1, 2, 1, 2}; // seconds; of two in the middle the longer
+    for (std::size_t count = 0; count < medians.size(); ++count) {
         DataSet set;
         set.isUniform = false;
         set.times = viewOf(times).part(0, count);
         set.minutesPerTime = 1.0 / 60;
-        EXPECT_NEAR(medianInterval(set) * 60, median, 1e-9) << count;
+        EXPECT_NEAR(medianInterval(set) * 60, medians.at(count), 1e-9) << count;
         EXPECT_EQ(hasTimes(set), count > 0);
     }
     for (const auto& [interval, delay, isGood] :
@@ -249,20 +205,17 @@ TEST(Facts, AreOfTheTimesThatAFileHas) {
 }
 
 TEST(Facts, OfARecordAreOfTheFirstSampleAndTheEnd) {
-    const std::vector<float> samples{noNumber, 5, infinite, -2};
-    const std::vector<float> times{60, 90, 120, 180};
-    DataSet even;
+    const Signal signal{{noNumber, 5, HUGE_VAL, -2}, {60, 90, 120, 180}};
+    const DataSet uneven = signal.set();
+    DataSet even = uneven;
     even.texts = {{"sample_name", "S"}, {"injection_date_time_stamp", "20240229120000+0100"}};
-    even.signal = viewOf(samples);
+    even.isUniform = true;
+    even.times = {};
     even.samplingInterval = 0.5;
     even.delayTime = 3;
-    DataSet uneven = even;
-    uneven.isUniform = false;
-    uneven.times = viewOf(times);
-    uneven.minutesPerTime = 1.0 / 60;
-    DataSet timeless = even;
-    timeless.isUniform = false;
-    timeless.signal = viewOf(samples).part(0, 1);
+    DataSet timeless = uneven;
+    timeless.times = {};
+    timeless.signal = uneven.signal.part(0, 1);
     FileRecord record;
     describe(record, {even, uneven, timeless});
     EXPECT_EQ(record.sample, "S");
@@ -274,9 +227,6 @@ TEST(Facts, OfARecordAreOfTheFirstSampleAndTheEnd) {
     EXPECT_EQ(record.channels[2].times, std::nullopt);
     EXPECT_EQ(record.channels[2].values, std::nullopt);
     EXPECT_EQ(record.channels[2].number, 3);
-    FileRecord ofOne;
-    describe(ofOne, {even});
-    EXPECT_EQ(ofOne.channels[0].number, 0);
 }
 
 } // namespace

@@ -27,9 +27,9 @@ Value nextTo(const Value& value) {
 }
 
 std::vector<float> samplesOf(const Reading& reading) {
-    std::vector<float> samples(reading.signal.size());
-    for (std::size_t i = 0; i < samples.size(); ++i) {
-        samples[i] = static_cast<float>(reading.signal[i]);
+    std::vector<float> samples;
+    for (std::size_t i = 0; i < reading.signal.size(); ++i) {
+        samples.push_back(static_cast<float>(reading.signal[i]));
     }
     return samples;
 }
@@ -38,9 +38,8 @@ void setSamples(Reading& reading, const std::vector<float>& samples) {
     reading.signal = {AndiType::Float, samples.data(), samples.size()};
 }
 
-std::string wordsOfUnexpected(const Expectations& expected, const Reading& output) {
-    const Verdict verdict = verdictOf(expected, output, {});
-    return verdict.unexpectedCount() == 1 ? "one" : std::to_string(verdict.unexpectedCount());
+void expectOneUnexpected(const Expectations& expected, const Reading& output) {
+    EXPECT_EQ(verdictOf(expected, output, {}).unexpectedCount(), 1U);
 }
 
 /// Changes all of an output, one thing after the other; each must be the one that isn't expected.
@@ -48,57 +47,58 @@ void changeAll(const Expectations& expected, const Reading& output) {
     ASSERT_EQ(verdictOf(expected, output, {}).words().substr(0, 10), "same data:");
     Reading changed = output;
     for (std::size_t i = 0; i < output.entries.size(); ++i) {
+        SCOPED_TRACE(output.entries[i].key.name);
         changed.entries[i].value = nextTo(output.entries[i].value);
-        EXPECT_EQ(wordsOfUnexpected(expected, changed), "one") << output.entries[i].key.name;
+        expectOneUnexpected(expected, changed);
         changed.entries.erase(changed.entries.begin() + static_cast<std::ptrdiff_t>(i));
-        EXPECT_EQ(wordsOfUnexpected(expected, changed), "one") << output.entries[i].key.name;
+        expectOneUnexpected(expected, changed);
         changed.entries = output.entries;
     }
     changed.entries.push_back({.key = {.part = parts::texts, .name = "foreign"}, .value = {1.0}});
-    EXPECT_EQ(wordsOfUnexpected(expected, changed), "one");
+    expectOneUnexpected(expected, changed);
     changed.entries = output.entries;
 
     std::vector<float> samples = samplesOf(output);
     for (const std::size_t i : {std::size_t{0}, samples.size() / 2, samples.size() - 1}) {
+        SCOPED_TRACE(i);
         const float kept = samples[i];
         samples[i] = std::bit_cast<float>(std::bit_cast<std::uint32_t>(kept) ^ 1U);
         setSamples(changed, samples);
-        EXPECT_EQ(wordsOfUnexpected(expected, changed), "one") << i;
+        expectOneUnexpected(expected, changed);
         samples[i] = kept;
     }
     samples.pop_back();
     setSamples(changed, samples);
-    EXPECT_EQ(wordsOfUnexpected(expected, changed), "one");
+    expectOneUnexpected(expected, changed);
 }
 
 class Verdicts : public testing::Test {
   protected:
-    /// A copy of a sample in the folder.
-    std::string sample(const std::string& name) const {
-        return folder.write(name, readFile(SAMPLES + name));
+    /// A copy of a sample in the folder, converted.
+    std::string converted(Export conversion, const std::string& name) const {
+        std::string source = folder.write(name, readFile(SAMPLES + name));
+        EXPECT_EQ(callAsHost(conversion, source, "").result, 1);
+        return source;
     }
 
     TempFolder folder;
+    std::string andi = folder.path("hplc_run.cdf");
+    std::string slice = folder.path("hplc_run.sli");
 };
 
 TEST_F(Verdicts, MissNoBitOfAPair) {
-    const std::string source = sample("hplc_run.cdf");
-    ASSERT_EQ(callAsHost(Andi2Merivolta, source).result, 1);
-    const Reading andi = readAndi(source);
-    changeAll(expectedOfPair(andi), readPair(folder.path("hplc_run.sli")));
+    converted(Andi2Merivolta, "hplc_run.cdf");
+    changeAll(expectedOfPair(readAndi(andi)), readPair(slice));
 }
 
 TEST_F(Verdicts, MissNoBitOfAnAndiFile) {
-    const std::string source = sample("gc_run.sli");
-    sample("gc_run.rpt");
-    ASSERT_EQ(callAsHost(Merivolta2Andi, source).result, 1);
-    const Reading pair = readPair(source);
-    changeAll(expectedOfAndi(pair, source), readAndi(folder.path("gc_run.cdf")));
+    folder.write("gc_run.rpt", readFile(SAMPLES "gc_run.rpt"));
+    const std::string source = converted(Merivolta2Andi, "gc_run.sli");
+    changeAll(expectedOfAndi(readPair(source), source), readAndi(folder.path("gc_run.cdf")));
 }
 
 TEST_F(Verdicts, MissNoBitOfAChannel) {
-    const std::string source = sample("dad_run.run");
-    ASSERT_EQ(callAsHost(Dunvale2Andi, source, "").result, 1);
+    const std::string source = converted(Dunvale2Andi, "dad_run.run");
     for (const Reading& channel : readRun(source)) {
         changeAll(expectedOfChannel(channel, source),
                   readAndi(folder.path("dad_run" + std::to_string(channel.channel) + ".cdf")));
@@ -106,17 +106,13 @@ TEST_F(Verdicts, MissNoBitOfAChannel) {
 }
 
 TEST_F(Verdicts, MissNoBitBehindATrip) {
-    const std::string source = sample("hplc_run.cdf");
-    const Reading start = readAndi(source);
-    ASSERT_EQ(callAsHost(Andi2Merivolta, source).result, 1);
-    const std::string slice = folder.path("hplc_run.sli");
-    std::filesystem::remove(source);
-    ASSERT_EQ(callAsHost(Merivolta2Andi, slice).result, 1);
-    const Reading back = readAndi(folder.path("hplc_run.cdf"));
-    changeAll(expectedBehindTrips(start, slice, 1), back);
-
+    converted(Andi2Merivolta, "hplc_run.cdf");
+    const Reading start = readAndi(andi);
     const Reading pair = readPair(slice);
-    ASSERT_EQ(callAsHost(Andi2Merivolta, folder.path("hplc_run.cdf")).result, 1);
+    std::filesystem::remove(andi);
+    ASSERT_EQ(callAsHost(Merivolta2Andi, slice).result, 1);
+    changeAll(expectedBehindTrips(start, slice, 1), readAndi(andi));
+    ASSERT_EQ(callAsHost(Andi2Merivolta, andi).result, 1);
     changeAll(expectedBehindTrips(pair, slice, 1), readPair(slice));
 }
 
@@ -140,9 +136,8 @@ TEST_F(Verdicts, MissNoByteOfAHeader) {
 }
 
 TEST_F(Verdicts, HoldWhatIsNoNumberAndTheSignOfZeroToTheBit) {
-    const std::vector<std::pair<double, double>> apart{
-        {0.0, -0.0}, {NAN, 1}, {1, INFINITY}, {INFINITY, -INFINITY}};
-    for (const auto& [one, other] : apart) {
+    for (const auto& [one, other] :
+         {std::pair<double, double>{0.0, -0.0}, {NAN, 1}, {1, INFINITY}, {INFINITY, -INFINITY}}) {
         EXPECT_FALSE(areClose(Value{one}, Value{other}, {}));
         EXPECT_TRUE(areClose(Value{other}, Value{other}, {}));
     }
