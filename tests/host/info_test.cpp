@@ -26,7 +26,8 @@ std::string printed(void (*print)(const std::vector<DataSet>&), const std::vecto
 
 TEST(InfoPeaks, HaveAllTheirNumbersInEveryForm) {
     constexpr double third = 1.0 / 3;
-    DataSet set = Signal{{1}}.set(3);
+    const Signal signal{{1}};
+    DataSet set = signal.set(3);
     set.peaks.resize(2);
     set.peaks[1] = {.name = "b\"\",\n\"c\"",
                     .retentionTime = third,
