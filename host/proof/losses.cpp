@@ -53,9 +53,13 @@ std::vector<Line> linesOf(const Expectations& expected) {
             continue;
         }
         const bool isOfColumn = !columnOf(each).empty();
-        const auto same = std::ranges::find_if(lines, [&](const Line& line) {
-            return isOfColumn ? shareLine(*line.first, each) : sayTheSame(*line.first, each);
-        });
+        // New words of its own need no search, however many there are.
+        const auto same = !isOfColumn && !each.words.empty()
+                              ? lines.end()
+                              : std::ranges::find_if(lines, [&](const Line& line) {
+                                    return isOfColumn ? shareLine(*line.first, each)
+                                                      : sayTheSame(*line.first, each);
+                                });
         if (same == lines.end()) {
             lines.push_back({.first = &each});
         } else if (isOfColumn) {
@@ -100,8 +104,9 @@ std::vector<Loss> lossesOf(const Expectations& expected, LossText text) {
 }
 
 std::vector<Loss> lossesOf(const Prospect& prospect, LossText text) {
-    if (prospect.expected.empty()) {
-        return {};
+    if (prospect.expected.size() <= 1) {
+        return prospect.expected.empty() ? std::vector<Loss>{}
+                                         : lossesOf(prospect.expected.front(), text);
     }
     std::vector<std::vector<Line>> channels;
     std::ranges::transform(prospect.expected, std::back_inserter(channels), linesOf);
