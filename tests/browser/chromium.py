@@ -5,6 +5,7 @@ import os
 import shutil
 import subprocess
 import tempfile
+import time
 
 
 class Chromium:
@@ -86,6 +87,13 @@ class Chromium:
         if "exceptionDetails" in result:
             raise RuntimeError(f"{expression}: {result['exceptionDetails']}")
         return result["result"].get("value")
+
+    def wait_for(self, expression, seconds=20):
+        """Until an expression holds: what a page does after an event comes a little later."""
+        end = time.monotonic() + seconds
+        while not self.value(expression):
+            assert time.monotonic() < end, f"never came: {expression}"
+            time.sleep(.01)
 
     def press_enter(self):
         for kind in ("keyDown", "keyUp"):

@@ -58,11 +58,19 @@ def column(browser, number):
         row.querySelectorAll('td')[{number}].textContent)""")
 
 
-def type_into_search(browser, text):
+def search_for(browser, text, answer):
+    """The answer before is taken away first, so that what is waited for is the one to this text."""
+    browser.value("document.querySelector('output').textContent = ''")
     browser.value("document.querySelector('[type=search]').select()")
     browser.call("Input.insertText", text=text)
-    time.sleep(.3)
-    return browser.value("document.querySelector('output').textContent")
+    browser.wait_for("document.querySelector('output').textContent")
+    assert browser.value("document.querySelector('output').textContent") == answer, text
+
+
+def open_row(browser, number):
+    """Opens a row, and waits until the names of its peaks stand in the chart."""
+    browser.click(f"tbody:nth-of-type({number}) summary")
+    browser.wait_for(f"document.querySelector('tbody:nth-of-type({number}) .chart ol') !== null")
 
 
 def test_rows(browser, page):
@@ -101,18 +109,18 @@ def test_search_and_filters(browser, page):
     browser.open(page)
     for text, count in (("a WARNING", 1), (f"{37:064x}", 1), ("early 1.000", 24), ("sub/ zeta", 5),
                         ("onerror=alert(2)", 30), ("nowhere", 0), ("", 30)):
-        assert type_into_search(browser, text) == f"{count} of 30 files shown", text
+        search_for(browser, text, f"{count} of 30 files shown")
     browser.click("[value=failed]")
     assert "Failed" not in column(browser, 0) and len(column(browser, 0)) == 24
-    assert type_into_search(browser, "run12.cdf") == "1 of 30 files shown"
-    assert type_into_search(browser, "run10.cdf") == "0 of 30 files shown"
+    search_for(browser, "run12.cdf", "1 of 30 files shown")
+    search_for(browser, "run10.cdf", "0 of 30 files shown")
 
 
 def test_a_row_opens(browser, page):
     browser.open(page)
     height = "document.querySelector('tbody:nth-of-type(8) .chart svg')?.getBoundingClientRect().height || 0"
     shut = browser.value("document.querySelector('tbody:nth-of-type(8)').offsetHeight")
-    browser.click("tbody:nth-of-type(8) summary")
+    open_row(browser, 8)
     assert browser.value("document.activeElement.tagName") == "SUMMARY"
     assert browser.value(height) > 100
     text = browser.value("document.querySelector('tbody:nth-of-type(8)').innerText")
@@ -151,7 +159,7 @@ def test_widths_and_colours(browser, page):
     colours = set()
     for width, scheme in ((1280, "light"), (400, "light"), (1280, "dark"), (400, "dark")):
         browser.open(page, width=width, scheme=scheme)
-        browser.click("tbody:nth-of-type(8) summary")
+        open_row(browser, 8)
         assert browser.value("document.documentElement.scrollWidth") <= width
         colours.add(browser.value("getComputedStyle(document.body).backgroundColor"))
         browser.screenshot(page.parent / f"{width}-{scheme}.png")
