@@ -34,6 +34,25 @@ Fate fateOf(const FoundFile& file, Goal goal) {
     return flaw.empty() ? Fate{.way = Fate::Way::Passed} : Fate{.problem = flaw};
 }
 
+bool isGone(const fs::path& file) {
+    std::error_code ignored;
+    return fs::symlink_status(file, ignored).type() == fs::file_type::not_found;
+}
+
+/// What was wrong with a file of the goal's kind may have been of the moment: another batch was
+/// just putting it in its place, or its report.
+void lookAgain(Listing& listing, Goal goal) {
+    std::erase_if(listing.files, [&](const ListedFile& file) {
+        if (!file.isFound || file.problem.empty() || !isGoalItself(file.kind, goal)) {
+            return false;
+        }
+        const std::string path = listing.pathOf(file);
+        const bool isSound = flawAtFirstSight(path, file.kind, startOf(path)).empty();
+        listing.passedCount += isSound ? 1 : 0;
+        return isSound || isGone(path);
+    });
+}
+
 std::string problemOfNamed(const ListedFile& file, Goal goal) {
     std::error_code error;
     const fs::file_status status = fs::status(file.name, error);
@@ -55,6 +74,7 @@ Listing candidatesOf(const WorkOptions& options) {
     Listing listing = listFiles(
         options.inputs, {.fateOf = [&](const FoundFile& file) { return fateOf(file, options.to); },
                          .outputFolder = options.outputFolder});
+    lookAgain(listing, options.to);
     for (ListedFile& file : listing.files) {
         if (!file.isFound && file.problem.empty()) {
             file.problem = problemOfNamed(file, options.to);
