@@ -1,4 +1,5 @@
 // What is expected of pairs and runs in ANDI files, against what the built library makes of them.
+#include "host/proof/change_rules.h"
 #include "host/proof/expectation.h"
 #include "host/proof/losses.h"
 #include "host/proof/stamp_zone.h"
@@ -8,6 +9,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <ctime>
 #include <fstream>
 #include <map>
 #include <set>
@@ -123,6 +125,22 @@ TEST_F(Expected, NamesWhatAPairLoses) {
         EXPECT_FALSE(haveLoss({}, rule)) << rule;
         EXPECT_TRUE(haveLoss({change}, rule)) << rule << ' ' << change;
     }
+}
+
+TEST(Losses, AreToldInTimeThatGrowsAsTheirNumberDoes) {
+    const auto ticksFor = [](std::size_t count) {
+        Prospect prospect{.sources = {}, .expected = std::vector<Expectations>(1)};
+        for (std::size_t i = 0; i < count; ++i) {
+            prospect.expected.front().values.push_back(
+                {.rule = &changes::noPlace, .words = "attribute " + std::to_string(i)});
+        }
+        const std::clock_t start = std::clock();
+        EXPECT_EQ(lossesOf(prospect).size(), count);
+        return std::clock() - start;
+    };
+    ticksFor(1000);
+    // Sixteen times as many, so that a search for each would take 256 times as long.
+    EXPECT_LT(ticksFor(32'000), 64 * ticksFor(2000));
 }
 
 TEST_F(Expected, OfRunsIsWhatTheLibraryMakesOfThem) {

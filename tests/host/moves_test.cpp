@@ -3,6 +3,7 @@
 
 #include "host/convert/delivery.h"
 #include "host/system/file_identity.h"
+#include "tests/support/own_devices.h"
 #include "tests/support/temp_folder.h"
 
 #include <gtest/gtest.h>
@@ -155,6 +156,19 @@ TEST_F(Moves, AreEndedFromAnyStateThatAKillLeaves) {
                 << before.staged << ' ' << before.place << ' ' << before.aside;
         }
     });
+}
+
+TEST_F(Moves, TellFilesOfEqualNumberOnTwoDevicesApart) {
+    folder.write("staged", "new");
+    folder.write("place", "other");
+    fs::last_write_time(staged, fs::last_write_time(place));
+    const test::OnOwnDevices each;
+    EXPECT_EQ(occupantOf(staged)->identity.inode, occupantOf(place)->identity.inode);
+    EXPECT_NE(identityOf(staged), identityOf(place));
+    EXPECT_EQ(identityOf(place), occupantOf(place)->identity);
+    // One that is no second name of what is in place is not taken away.
+    EXPECT_EQ(tidyMove(staged, place, aside), std::error_code{});
+    EXPECT_EQ(readFile(staged), "new");
 }
 
 class Deliveries : public Moves {

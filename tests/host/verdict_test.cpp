@@ -1,5 +1,7 @@
 // Whether the verdict misses anything: every value that a conversion writes, changed in its last
 // bit.
+#include "host/convert/verification.h"
+#include "host/proof/change_rules.h"
 #include "host/proof/trip.h"
 #include "host/proof/verdict.h"
 #include "tests/support/host_call.h"
@@ -157,6 +159,23 @@ TEST_F(Verdicts, HoldWhatIsNoNumberAndTheSignOfZeroToTheBit) {
                                {INFINITY, 10, {.relative = 2, .absolute = 100}, false}}) {
         EXPECT_EQ(areClose(a, b, tolerance), isClose) << a << ' ' << b;
         EXPECT_EQ(areClose(b, a, tolerance), isClose) << b << ' ' << a;
+    }
+}
+
+TEST(RecordedVerdicts, HoldTheFirstHundredOfWhatIsUnexpected) {
+    for (const std::size_t count : {0, 1, 99, 100, 101, 250}) {
+        Verdict verdict;
+        for (std::size_t i = 1; i <= count; ++i) {
+            verdict.changes.push_back({.part = parts::texts, .rule = &changes::noPlace});
+            verdict.addUnexpected(std::to_string(i), {{"part", parts::texts}});
+        }
+        const RecordedVerdict record = recorded(verdict);
+        const std::size_t kept = std::min(count, std::size_t{100});
+        ASSERT_EQ(record.unexpected.size(), kept);
+        EXPECT_TRUE(kept == 0 || record.unexpected.back() == std::to_string(kept));
+        EXPECT_EQ(record.words, verdict.words());
+        EXPECT_EQ(verdict.unexpectedCount(), count);
+        EXPECT_EQ(record.isSame, count == 0);
     }
 }
 

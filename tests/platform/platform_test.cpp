@@ -4,6 +4,7 @@
 #include "platform/profile.h"
 #include "platform/text.h"
 #include "tests/support/module_test.h"
+#include "tests/support/own_devices.h"
 
 #include <sys/stat.h>
 
@@ -190,6 +191,11 @@ TEST_F(Files, NothingIsCreatedOverAnOpenCFile) {
     another.Close();
     EXPECT_EQ(_lcreat(path.c_str()), fileError);
     EXPECT_EQ(test::readFile(path), "abc");
+    {
+        const test::OnOwnDevices each;
+        EXPECT_EQ(_lclose(_lcreat(folder.write("other", "abc").c_str())), 0);
+        EXPECT_EQ(_lcreat(path.c_str()), fileError);
+    }
     file.Close();
     EXPECT_EQ(_lclose(_lcreat(path.c_str())), 0);
     EXPECT_EQ(test::readFile(path), "");
