@@ -10,6 +10,7 @@
 
 #include <fcntl.h>
 #include <sys/syscall.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
@@ -162,13 +163,13 @@ TEST_F(Moves, TellFilesOfEqualNumberOnTwoDevicesApart) {
     folder.write("staged", "new");
     folder.write("place", "other");
     fs::last_write_time(staged, fs::last_write_time(place));
-    const test::OnOwnDevices each;
-    EXPECT_EQ(occupantOf(staged)->identity.inode, occupantOf(place)->identity.inode);
+    test::areDevicesOwn = true;
+    EXPECT_EQ(identityOf(staged)->inode, identityOf(place)->inode);
     EXPECT_NE(identityOf(staged), identityOf(place));
-    EXPECT_EQ(identityOf(place), occupantOf(place)->identity);
     // One that is no second name of what is in place is not taken away.
     EXPECT_EQ(tidyMove(staged, place, aside), std::error_code{});
     EXPECT_EQ(readFile(staged), "new");
+    test::areDevicesOwn = false;
 }
 
 class Deliveries : public Moves {
@@ -178,13 +179,25 @@ class Deliveries : public Moves {
     }
 
     void put(const std::string& name) {
-        syscall(SYS_renameat2, AT_FDCWD, folder.write("other", "theirs").c_str(), AT_FDCWD,
+        lastPut = "theirs " + std::to_string(renameCount);
+        syscall(SYS_renameat2, AT_FDCWD, folder.write("other", lastPut).c_str(), AT_FDCWD,
                 folder.path(name).c_str(), 0);
     }
 
-    /// Delivers the files a and b over old ones, while another process does something about one of
-    /// the places ahead of the n-th rename. Answers whether all came to their places.
-    bool deliverBeside(int nth, const std::function<void()>& disturb) {
+    /// Has another process act ahead of the n-th rename from now on.
+    void disturb(int nth, const std::function<void()>& act) {
+        renameCount = 0;
+        lastPut.clear();
+        beforeRename = [this, nth, act] {
+            if (++renameCount == nth) {
+                act();
+            }
+        };
+    }
+
+    /// Delivers the files a and b over old ones, while another process acts. Answers whether all
+    /// came to their places.
+    bool deliverBeside(int nth, const std::function<void()>& act) {
         WorkFolder work{folder.path("")};
         Delivery delivery{.moves = {}, .isReplacing = true, .record = "record"};
         for (const std::string name : {"a", "b"}) {
@@ -192,12 +205,7 @@ class Deliveries : public Moves {
             folder.write(work.path().filename() / name, "new");
             delivery.moves.push_back({.stagedName = name, .path = folder.path(name)});
         }
-        renameCount = 0;
-        beforeRename = [this, nth, disturb] {
-            if (++renameCount == nth) {
-                disturb();
-            }
-        };
+        disturb(nth, act);
         try {
             deliver(delivery, work);
             return true;
@@ -206,38 +214,72 @@ class Deliveries : public Moves {
         }
     }
 
-    int renameCount = 1;
+    void deliverAndDie(int nth) {
+        if (fork() == 0) {
+            deliverBeside(nth, [] { _exit(0); });
+            _exit(1);
+        }
+        wait(nullptr);
+    }
+
+    /// Whether what a process that is gone had begun is complete now.
+    bool settle() const {
+        std::string record;
+        settleAbandoned(folder.path(""),
+                        [&](WorkFolder& work) { record = settleDelivery(work).value_or(""); });
+        return record == "record";
+    }
+
+    /// Both files are new, or both old where others have put one, which then stays.
+    void expectWhole(bool isDone, const std::string& nameOfOthers) const {
+        EXPECT_TRUE(isDone || !lastPut.empty());
+        EXPECT_EQ(readFile(folder.path(nameOfOthers == "a" ? "b" : "a")), isDone ? "new" : "old");
+        EXPECT_TRUE(lastPut.empty() || readFile(folder.path(nameOfOthers)) == lastPut);
+    }
+
+    int renameCount = 0;
+    std::string lastPut;
 };
 
-TEST_F(Deliveries, LoseNothingThatOthersPut) {
+TEST_F(Deliveries, AreWholeWhateverOthersPutOrTake) {
     onEachSystem([&] {
+        ASSERT_TRUE(deliverBeside(0, [] {}));
+        const int last = renameCount;
         for (const std::string name : {"a", "b"}) {
-            const std::string otherName = name == "a" ? "b" : "a";
-            for (int nth = 1; nth <= renameCount; ++nth) {
-                const bool isDone = deliverBeside(nth, [&] { put(name); });
-                // Without either kind a look must do, and nobody sees what comes right behind it.
-                if (nth <= renameCount && errorOfLinks == 0) {
-                    EXPECT_EQ(readFile(folder.path(name)), "theirs") << name << nth;
-                    EXPECT_EQ(readFile(folder.path(otherName)), isDone ? "new" : "old")
-                        << name << nth;
+            // Without either kind a look must do, and nobody sees what comes right behind it.
+            for (const bool isPutting : {false, errorOfLinks == 0}) {
+                const auto act = [&] {
+                    isPutting ? put(name) : void(fs::remove(folder.path(name)));
+                };
+                for (int nth = 1; nth <= last; ++nth) {
+                    SCOPED_TRACE(name + std::to_string(isPutting) + std::to_string(nth));
+                    expectWhole(deliverBeside(nth, act), name);
+                    EXPECT_NE(readFile(folder.path(name)), "old");
+                    // One that is killed leaves it to the next, who may meet others, too.
+                    for (int turn = 0; turn <= last + 2; ++turn) {
+                        SCOPED_TRACE(turn);
+                        deliverAndDie(nth);
+                        disturb(turn, act);
+                        turn == 0 ? act() : void();
+                        expectWhole(settle(), name);
+                    }
                 }
             }
         }
     });
 }
 
-TEST_F(Deliveries, GoOnWhereOthersTakeTheOldFiles) {
-    onEachSystem([&] {
-        EXPECT_TRUE(deliverBeside(0, [] {}));
-        for (const std::string name : {"a", "b"}) {
-            const int last = renameCount;
-            for (int nth = 1; nth <= last; ++nth) {
-                EXPECT_TRUE(deliverBeside(nth, [&] { fs::remove(folder.path(name)); }));
-                EXPECT_NE(readFile(folder.path(name)), "old") << name << nth;
-                EXPECT_EQ(readFile(folder.path(name == "a" ? "b" : "a")), "new") << name << nth;
-            }
-        }
-    });
+TEST_F(Deliveries, GoOverNoFolderAndOverNoFileThatIsToStay) {
+    for (const bool isReplacing : {true, false}) {
+        const std::string there = folder.path(isReplacing ? "folder" : "file");
+        isReplacing ? void(fs::create_directory(there)) : void(folder.write("file", "old"));
+        const auto before = occupantOf(there);
+        WorkFolder work{folder.path("")};
+        folder.write(work.path().filename() / "a", "new");
+        const Delivery delivery{.moves = {{"a", there}}, .isReplacing = isReplacing, .record = ""};
+        EXPECT_THROW(deliver(delivery, work), fs::filesystem_error);
+        EXPECT_EQ(occupantOf(there), before);
+    }
 }
 
 } // namespace

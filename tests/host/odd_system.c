@@ -2,9 +2,9 @@
    come to the place $NO_PLACE does not, or the first $REFUSALS, where another process comes first
    to the place $TAKEN, where only one process can be started if "fork" is missing, where $SWAP
    takes the place of run.dat when a conversion begins, where $COMING isn't there when it is opened
-   first, that lists in $SYNCED what it is asked to
-   have on the disk, and that kills the process group at the $KILL_AT-th call that writes to a file
-   or changes which names there are. */
+   first, that lists in $SYNCED what it is asked to have on the disk, and that kills the process
+   group, or with $KILL_WORKER a process other than the first of its session, at its $KILL_AT-th
+   call that writes to a file or changes which names there are. */
 #define _GNU_SOURCE
 #include <dlfcn.h>
 #include <errno.h>
@@ -28,8 +28,9 @@ static int lacks(const char* call, int error) {
 static void mayBeKilled(void) {
     static long calls = 0;
     const char* last = getenv("KILL_AT");
-    if (last != NULL && ++calls == atol(last)) {
-        kill(0, SIGKILL);
+    const int isOfWorker = getenv("KILL_WORKER") != NULL;
+    if (last != NULL && ++calls == atol(last) && !(isOfWorker && getpid() == getsid(0))) {
+        kill(isOfWorker ? getpid() : 0, SIGKILL);
     }
 }
 

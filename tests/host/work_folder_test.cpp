@@ -1,6 +1,7 @@
 // Whose a folder for files on their way is.
 #include "host/system/work_folder.h"
 
+#include "tests/support/own_devices.h"
 #include "tests/support/temp_folder.h"
 
 #include <gtest/gtest.h>
@@ -122,15 +123,37 @@ TEST_F(WorkFolders, OneThatIsClearedUpWhileItIsMadeIsMadeAnew) {
     EXPECT_EQ(found(), std::vector{work.path()});
 }
 
+TEST_F(WorkFolders, OneThatIsSomebodyElsesByNowStays) {
+    {
+        const WorkFolder work{parent};
+        fs::rename(work.path(), folder.path("moved")); // so that its number isn't given again
+        fs::create_directory(work.path());
+        folder.write(work.path().filename() / "lock", "theirs");
+        for (const bool areOwn : {true, false}) {
+            test::areDevicesOwn = areOwn;
+            EXPECT_FALSE(work.isInPlace()) << areOwn;
+        }
+    }
+    EXPECT_EQ(found().size(), 2U);
+}
+
 TEST_F(WorkFolders, ThoseOfOthersStay) {
     abandon("mine");
     otherUser = 4711;
     EXPECT_EQ(settled(), Notes{});
     otherUser = 0;
     ASSERT_EQ(found().size(), 1U);
-    fs::permissions(found().front(), fs::perms{0770});
-    EXPECT_EQ(settled(), Notes{});
+    const fs::path lock = found().front() / "lock";
+    for (const unsigned permissions : {0770, 0720, 0702}) {
+        fs::permissions(found().front(), fs::perms{permissions});
+        EXPECT_EQ(settled(), Notes{});
+    }
     fs::permissions(found().front(), fs::perms{0700});
+    // Nor is a lock followed to elsewhere.
+    fs::rename(lock, lock.string() + "ed");
+    fs::create_symlink("locked", lock);
+    EXPECT_EQ(settled(), Notes{});
+    fs::rename(lock.string() + "ed", lock);
     EXPECT_EQ(settled(), Notes{"mine"});
 }
 

@@ -191,11 +191,10 @@ TEST_F(Files, NothingIsCreatedOverAnOpenCFile) {
     another.Close();
     EXPECT_EQ(_lcreat(path.c_str()), fileError);
     EXPECT_EQ(test::readFile(path), "abc");
-    {
-        const test::OnOwnDevices each;
-        EXPECT_EQ(_lclose(_lcreat(folder.write("other", "abc").c_str())), 0);
-        EXPECT_EQ(_lcreat(path.c_str()), fileError);
-    }
+    test::areDevicesOwn = true;
+    EXPECT_EQ(_lclose(_lcreat(folder.write("other", "abc").c_str())), 0);
+    EXPECT_EQ(_lcreat(path.c_str()), fileError);
+    test::areDevicesOwn = false;
     file.Close();
     EXPECT_EQ(_lclose(_lcreat(path.c_str())), 0);
     EXPECT_EQ(test::readFile(path), "");

@@ -1,48 +1,36 @@
 // Files of equal number on different devices, which no test can make: as the system tells of them.
-// To be included by one file of a program, as its functions stand in front of those of the C
-// library.
+// One file of a program includes this, as its functions stand in front of those of the C library.
 #pragma once
 
 #include <fcntl.h>
 #include <sys/stat.h>
 
+#include <utility>
+
 namespace korlit::test {
 
-/// While one of these lives each file is the first on a device of its own.
-class OnOwnDevices {
-  public:
-    OnOwnDevices() { isOn = true; }
-    OnOwnDevices(const OnOwnDevices&) = delete;
-    OnOwnDevices& operator=(const OnOwnDevices&) = delete;
-    ~OnOwnDevices() { isOn = false; }
+/// While this is set each file is the first on a device of its own.
+inline bool areDevicesOwn = false;
 
-    static int told(int result, struct stat& status) {
-        if (isOn && result == 0) {
-            status.st_dev = status.st_ino;
-            status.st_ino = 1;
-        }
-        return result;
+inline int told(int result, struct stat* status) {
+    if (areDevicesOwn && result == 0) {
+        status->st_dev = std::exchange(status->st_ino, 1);
     }
-
-  private:
-    static inline bool isOn = false;
-};
+    return result;
+}
 
 } // namespace korlit::test
 
 #pragma GCC visibility push(default)
 extern "C" {
 int fstat(int file, struct stat* status) {
-    return korlit::test::OnOwnDevices::told(fstatat(file, "", status, AT_EMPTY_PATH), *status);
-}
-// Under another name here, as there is a record of that name.
-int statFile(const char* path, struct stat* status) asm("stat");
-int statFile(const char* path, struct stat* status) {
-    return korlit::test::OnOwnDevices::told(fstatat(AT_FDCWD, path, status, 0), *status);
+    return korlit::test::told(fstatat(file, "", status, AT_EMPTY_PATH), status);
 }
 int lstat(const char* path, struct stat* status) {
-    return korlit::test::OnOwnDevices::told(fstatat(AT_FDCWD, path, status, AT_SYMLINK_NOFOLLOW),
-                                            *status);
+    return korlit::test::told(fstatat(AT_FDCWD, path, status, AT_SYMLINK_NOFOLLOW), status);
+}
+int stat(const char* path, struct stat* status) {
+    return korlit::test::told(fstatat(AT_FDCWD, path, status, 0), status);
 }
 }
 #pragma GCC visibility pop

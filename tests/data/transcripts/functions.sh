@@ -84,6 +84,18 @@ killedAtEachMove() {
     test $at -gt 5 -a $at -lt 100
 }
 
+# Converts hplc_run.cdf into the folder out with the options given, over and over, with the worker
+# killed at its first move, the second and so on. The command must tell of a conversion if and only
+# if the files are there.
+workerKilledAtEachMove() {
+    for at in $(seq 20); do
+        rm -rf out
+        ASAN_OPTIONS=verify_asan_link_order=0 LD_PRELOAD=$ODD_SYSTEM KILL_WORKER=1 KILL_AT=$at \
+            setsid --wait korlit convert hplc_run.cdf -d out -j 1 "$@" >line 2>&1
+        echo $? $(sed 's/, its process.*//; 1q' line) $(cd out && ls)
+    done | uniq | sed 's/hplc_run/x/g'
+}
+
 killWorkers() {
     while kill -0 $parent && ! grep -q 'killed by signal 9' lines; do
         read -r workers </proc/$parent/task/$parent/children
