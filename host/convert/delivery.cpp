@@ -16,6 +16,11 @@ namespace {
 
 namespace fs = std::filesystem;
 
+std::optional<FileIdentity> identityAt(const fs::path& place) {
+    const auto occupant = occupantOf(place);
+    return occupant ? std::optional{occupant->identity} : std::nullopt;
+}
+
 /// A move of the journal: with what tells the moved file from any other, and what stood at its
 /// place when the journal was written. Whatever else is found there later is somebody's, and stays.
 ///
@@ -34,10 +39,7 @@ struct JournalMove {
     bool holdsOther() const { return occupantOf(staged) && !isStaged(); }
 
   private:
-    bool isAt(const fs::path& path) const {
-        const auto occupant = occupantOf(path);
-        return occupant && occupant->identity == identity;
-    }
+    bool isAt(const fs::path& path) const { return identityAt(path) == identity; }
 };
 
 struct Journal {
@@ -162,17 +164,30 @@ void makeMovesLeft(const Journal& journal) {
     }
 }
 
+/// What is to come out of a place again: the file that was moved there, or the one that came out
+/// for it and went back too early.
+std::optional<FileIdentity> toTakeOut(const JournalMove& move) {
+    if (!move.holdsOther()) {
+        return std::nullopt;
+    }
+    if (move.isInPlace()) {
+        return move.identity;
+    }
+    return move.replaced && occupantOf(move.place) == move.replaced
+               ? std::optional{move.replaced->identity}
+               : std::nullopt;
+}
+
 /// Takes the file out of its place, and gives back what came out of there. Where another has come
-/// there meanwhile it takes out that and gives it back in the next turn, whoever makes that one.
+/// there meanwhile it is that which comes out, and goes back in the next turn, whoever makes that.
 std::error_code takeBack(const JournalMove& move) {
-    constexpr int mostTurns = 4;
-    const auto isOurTurn = [&] {
-        return move.holdsOther() &&
-               (move.isInPlace() || (move.replaced && occupantOf(move.place) == move.replaced));
-    };
+    constexpr int mostTurns = 8;
     std::error_code error = tidyMove(move.staged, move.place, move.aside);
-    for (int turn = 0; turn < mostTurns && !error && isOurTurn(); ++turn) {
+    auto known = toTakeOut(move);
+    for (int turn = 0; turn < mostTurns && !error && known; ++turn) {
+        const auto given = identityAt(move.staged);
         error = exchange(move.staged, move.place, move.aside);
+        known = identityAt(move.staged) == known ? std::nullopt : given;
     }
     if (move.isInPlace() && !occupantOf(move.staged)) {
         error = moveToFreePlace(move.place, move.staged);

@@ -184,12 +184,12 @@ class Deliveries : public Moves {
                 folder.path(name).c_str(), 0);
     }
 
-    /// Has another process act ahead of the n-th rename from now on.
-    void disturb(int nth, const std::function<void()>& act) {
+    /// Has another process act ahead of the n-th rename from now on, and of some behind it.
+    void disturb(int nth, const std::function<void()>& act, int times = 1) {
         renameCount = 0;
         lastPut.clear();
-        beforeRename = [this, nth, act] {
-            if (++renameCount == nth) {
+        beforeRename = [this, nth, act, times] {
+            if (++renameCount >= nth && renameCount < nth + times) {
                 act();
             }
         };
@@ -197,7 +197,7 @@ class Deliveries : public Moves {
 
     /// Delivers the files a and b over old ones, while another process acts. Answers whether all
     /// came to their places.
-    bool deliverBeside(int nth, const std::function<void()>& act) {
+    bool deliverBeside(int nth, const std::function<void()>& act, int times = 1) {
         WorkFolder work{folder.path("")};
         Delivery delivery{.moves = {}, .isReplacing = true, .record = "record"};
         for (const std::string name : {"a", "b"}) {
@@ -205,7 +205,7 @@ class Deliveries : public Moves {
             folder.write(work.path().filename() / name, "new");
             delivery.moves.push_back({.stagedName = name, .path = folder.path(name)});
         }
-        disturb(nth, act);
+        disturb(nth, act, times);
         try {
             deliver(delivery, work);
             return true;
@@ -251,6 +251,10 @@ TEST_F(Deliveries, AreWholeWhateverOthersPutOrTake) {
                 const auto act = [&] {
                     isPutting ? put(name) : void(fs::remove(folder.path(name)));
                 };
+                for (int times = 2; isPutting && errorOfKinds == 0 && times < 6; ++times) {
+                    expectWhole(deliverBeside(1, act, times), name);
+                    expectWhole(deliverBeside(2, act, times), name);
+                }
                 for (int nth = 1; nth <= last; ++nth) {
                     SCOPED_TRACE(name + std::to_string(isPutting) + std::to_string(nth));
                     expectWhole(deliverBeside(nth, act), name);
