@@ -3,8 +3,6 @@
 #include "andi/value_lookup.h"
 
 #include <algorithm>
-#include <cmath>
-#include <limits>
 
 namespace korlit::host {
 
@@ -17,18 +15,31 @@ std::string keyOf(std::string_view name) {
     return key;
 }
 
-std::string textOf(double number) {
-    using Limits = std::numeric_limits<std::int32_t>;
-    const bool isWhole =
-        number == std::trunc(number) && number >= Limits::min() && number <= Limits::max();
-    return (isWhole ? std::to_string(static_cast<std::int32_t>(number))
-                    : FormatAndiValue(AndiType::Double, &number, 0).data()) +
-           ' ';
+/// How a number reads depends on its type, which the values that were read of it don't have.
+std::optional<std::string> storedText(const AndiImage& image, std::string key, std::int32_t room) {
+    std::string text(static_cast<std::size_t>(room), '\0');
+    AndiVariable* unused = nullptr;
+    // The lookup reads only, but may hand out what can be changed.
+    auto* file = const_cast<AndiFile*>(&image.file);
+    return FindAndiValue(file, key.data(), text.data(), room, &unused) == 1
+               ? std::optional{std::string{text.c_str()}}
+               : std::nullopt;
+}
+
+/// Of the template, which has no numbers but floats and lengths of dimensions.
+std::string templateText(const Entry& entry) {
+    const auto* number = std::get_if<double>(&entry.value);
+    if (number == nullptr) {
+        return std::get<std::string>(entry.value);
+    }
+    return entry.key.part == parts::dimensions
+               ? std::to_string(static_cast<std::int32_t>(*number))
+               : std::string{FormatAndiValue(AndiType::Double, number, 0).data()} + ' ';
 }
 
 } // namespace
 
-AndiLookup::AndiLookup(const Reading& andi) : entries{andi.entries} {
+AndiLookup::AndiLookup(const Reading& andi) : image{andi.image}, entries{andi.entries} {
     for (const Entry& entry : entries) {
         if (entry.key.peak <= 1 && entry.key.part != parts::records) {
             const std::size_t colon = entry.key.name.find(':');
@@ -52,6 +63,16 @@ const Entry* AndiLookup::find(std::string_view name) const {
     return found == heads.end() ? nullptr : found->entry;
 }
 
+std::optional<std::string> AndiLookup::text(std::string_view name, std::int32_t room) const {
+    if (image != nullptr) {
+        return storedText(*image, keyOf(name), room);
+    }
+    const Entry* entry = find(name);
+    return entry == nullptr
+               ? std::nullopt
+               : std::optional{templateText(*entry).substr(0, static_cast<std::size_t>(room))};
+}
+
 std::span<const Entry> AndiLookup::column(std::string_view name) const {
     const std::string key = keyOf(name);
     const auto found = std::ranges::find_if(heads, [&](const Head& head) {
@@ -65,14 +86,6 @@ std::span<const Entry> AndiLookup::column(std::string_view name) const {
         return entry.key.part != parts::peaks || entry.key.name != found->entry->key.name;
     });
     return rest.first(static_cast<std::size_t>(end - rest.begin()));
-}
-
-std::optional<std::string> textOf(const Entry* entry) {
-    if (entry == nullptr) {
-        return std::nullopt;
-    }
-    const auto* number = std::get_if<double>(&entry->value);
-    return number == nullptr ? std::get<std::string>(entry->value) : textOf(*number);
 }
 
 } // namespace korlit::host

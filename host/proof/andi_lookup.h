@@ -2,7 +2,9 @@
 #pragma once
 
 #include "host/proof/reading.h"
+#include "native/native_state.h"
 
+#include <cstdint>
 #include <optional>
 #include <span>
 #include <string>
@@ -17,6 +19,9 @@ class AndiLookup {
 
     /// The first value of that name, apart from separators; null if there is none.
     const Entry* find(std::string_view name) const;
+    /// The text that a conversion makes of it where it has room for that many bytes; nothing if
+    /// there is none.
+    std::optional<std::string> text(std::string_view name, std::int32_t room = maxValueText) const;
     /// The values of a column of the peak table; none if there is no such column.
     std::span<const Entry> column(std::string_view name) const;
 
@@ -29,11 +34,9 @@ class AndiLookup {
         bool isOf(const std::string& key) const;
     };
 
+    const AndiImage* image; ///< null for a file that isn't there, but is expected
     std::span<const Entry> entries;
     std::vector<Head> heads;
 };
-
-/// A value as the text that a conversion makes of it, numbers with six digits; nothing of null.
-std::optional<std::string> textOf(const Entry* entry);
 
 } // namespace korlit::host

@@ -33,7 +33,9 @@ void set(PairMaking& making, std::size_t offset, Value target) {
 void addTexts(PairMaking& making) {
     for (const HeaderText& each : headerTexts) {
         const Entry* source = making.lookup.find(each.name);
-        const CutText cut = cutTo(each.room(), textOf(source).value_or(""),
+        const auto room = static_cast<std::int32_t>(each.room());
+        const CutText cut = cutTo(making.lookup.text(each.name, room).value_or(""),
+                                  making.lookup.text(each.name).value_or(""),
                                   {.part = parts::texts, .name = each.name}, changes::textCut);
         put(making, source, each.fieldOffset, cut.text, *cut.rule, cut.words);
     }
@@ -56,16 +58,18 @@ void noteStamp(PairMaking& making, const Entry& source, const std::string& stamp
 
 void addStamp(PairMaking& making) {
     const Entry* chosen = nullptr;
+    std::string stamp;
     for (const char* name : stampSources) {
         const Entry* source = making.lookup.find(name);
+        const std::string text = making.lookup.text(name).value_or("");
         if (chosen != nullptr && source != nullptr) {
             making.values.leave(*source, changes::stampChosen,
-                                nameOf(source->key) + ' ' + textOf(source).value_or("") +
-                                    " gives way to " + nameOf(chosen->key));
+                                nameOf(source->key) + ' ' + text + " gives way to " +
+                                    nameOf(chosen->key));
         }
+        stamp = chosen == nullptr ? text : stamp;
         chosen = chosen == nullptr ? source : chosen;
     }
-    const std::string stamp = textOf(chosen).value_or("");
     const PairDate texts = chosen == nullptr ? PairDate{} : pairDate(stamp.c_str());
     const std::string date = texts.date.data();
     const std::string time = texts.time.data();
@@ -82,7 +86,7 @@ void addStamp(PairMaking& making) {
 
 void addPosition(PairMaking& making) {
     const Entry* source = making.lookup.find(taken::samplePosition);
-    const std::string text = textOf(source).value_or("");
+    const std::string text = making.lookup.text(taken::samplePosition).value_or("");
     const Position position = positionIn(text);
     const std::string kept = std::to_string(position.rack) + '-' + std::to_string(position.vial);
     const bool isKept = text == kept;
@@ -141,7 +145,7 @@ void addLimit(PairMaking& making, const char* name, std::size_t offset, double e
 void addSamples(PairMaking& making) {
     const NumberView& samples = making.andi.signal;
     const Entry* source = making.lookup.find(taken::pointNumber);
-    const std::int32_t declared = countIn(textOf(source).value_or(""));
+    const std::int32_t declared = countIn(making.lookup.text(taken::pointNumber).value_or(""));
     const std::size_t count =
         std::min<std::size_t>(static_cast<std::uint32_t>(declared), samples.size());
     Expectations& expected = making.values.expected;
@@ -166,13 +170,13 @@ void addSamples(PairMaking& making) {
 float addInterval(PairMaking& making) {
     const Entry* source = making.lookup.find(taken::samplingInterval);
     const Entry* unit = making.lookup.find(taken::retentionUnit);
-    const std::string unitText = textOf(unit).value_or("");
-    const PairTimes times = pairTimes(textOf(source), textOf(unit));
+    const auto intervalText = making.lookup.text(taken::samplingInterval);
+    const auto unitText = making.lookup.text(taken::retentionUnit);
+    const PairTimes times = pairTimes(intervalText, unitText);
     const auto* stored = source == nullptr ? nullptr : std::get_if<double>(&source->value);
-    const double number = stored != nullptr
-                              ? *stored
-                              : readFloat(textOf(source).value_or("")).value_or(std::nanf(""));
-    const double interval = number * (isMinutes(unitText) ? 60000 : 1000);
+    const double number =
+        stored != nullptr ? *stored : readFloat(intervalText.value_or("")).value_or(std::nanf(""));
+    const double interval = number * (isMinutes(unitText.value_or("")) ? 60000 : 1000);
     constexpr double roundingShare = 1e-6;
     const bool isKept = std::abs(interval - times.intervalMs) <= interval * roundingShare;
     put(making, source, offsetof(SliHeader, SampleIntervalMs),

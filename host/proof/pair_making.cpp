@@ -4,16 +4,16 @@
 
 namespace korlit::host {
 
-CutText cutTo(std::size_t room, const std::string& text, const ValueKey& subject,
+CutText cutTo(const std::string& kept, const std::string& text, const ValueKey& subject,
               const ChangeRule& rule) {
-    if (text.size() <= room) {
+    if (kept == text) {
         return {.text = text, .rule = &changes::numberAsText, .words = ""};
     }
-    const std::string_view whole = startOfText(text, room);
-    const bool isSplit = whole.size() < room;
-    return {.text = text.substr(0, room),
+    const std::string_view whole = startOfText(text, kept.size());
+    const bool isSplit = whole.size() < kept.size();
+    return {.text = kept,
             .rule = isSplit ? &changes::characterCut : &rule,
-            .words = nameOf(subject) + " is cut to " + std::to_string(room) + " bytes" +
+            .words = nameOf(subject) + " is cut to " + std::to_string(kept.size()) + " bytes" +
                      (isSplit ? ", in the middle of a character: \"" : ": \"") +
                      std::string{whole} + '"'};
 }

@@ -19,13 +19,13 @@ struct PairMaking {
     ExpectedValues values{andi.entries, wanted};
 };
 
-/// A text in so many bytes, with the rule and the words if that cuts it.
+/// What is kept of a text, with the rule and the words if that cuts it.
 struct CutText {
     std::string text;
     const ChangeRule* rule;
     std::string words;
 };
-CutText cutTo(std::size_t room, const std::string& text, const ValueKey& subject,
+CutText cutTo(const std::string& kept, const std::string& text, const ValueKey& subject,
               const ChangeRule& rule);
 
 /// Has said of the peak table, and of its counts, what becomes of them. `minutesPerUnit` turns the

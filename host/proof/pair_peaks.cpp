@@ -31,7 +31,9 @@ void addPeakNames(PairMaking& making, std::int64_t count) {
     const auto names = making.lookup.column(taken::peakName);
     for (std::size_t peak = 1; peak <= static_cast<std::size_t>(count); ++peak) {
         const Entry* source = peak <= names.size() ? &names[peak - 1] : nullptr;
-        const CutText cut = cutTo(maxPeakNameLength, textOf(source).value_or(""),
+        const auto* text = source == nullptr ? nullptr : std::get_if<std::string>(&source->value);
+        const std::string name = text == nullptr ? "" : *text;
+        const CutText cut = cutTo(name.substr(0, maxPeakNameLength), name,
                                   {.part = parts::peaks, .name = taken::peakName, .peak = peak},
                                   changes::peakNameCut);
         making.values.put(source, keyOf(field, peak), cut.text, *cut.rule, cut.words);
@@ -71,7 +73,7 @@ void leavePeaks(PairMaking& making, const ChangeRule& rule, const std::string& w
 
 std::int64_t expectPeaks(PairMaking& making, float minutesPerUnit) {
     const Entry* source = making.lookup.find(taken::peakNumber);
-    const std::int64_t declared = countIn(textOf(source).value_or(""));
+    const std::int64_t declared = countIn(making.lookup.text(taken::peakNumber).value_or(""));
     const bool isTooLong = declared > maxWrittenPeaks;
     const std::int64_t count = isTooLong || declared < 0 ? 0 : declared;
     const std::string words = isTooLong

@@ -12,7 +12,9 @@
 #include <array>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <stdexcept>
+#include <string_view>
 
 namespace korlit::host {
 
@@ -52,14 +54,46 @@ Value valueOf(const AndiImage& image, const AndiVariable& variable) {
                                         : untilNul(variable.Data, variable.VSize);
 }
 
+bool isNameVector(const AndiVariable& variable) {
+    return variable.Type == AndiType::Char && variable.DimensionCount == 1 &&
+           isNamed(variable.Name, taken::peakName);
+}
+
+bool isAlongPeaks(const AndiImage& image, const AndiVariable& variable) {
+    return isNamed(image.file.Dimensions[variable.DimensionIds[0]].Name, taken::peakNumber);
+}
+
+/// Of a vector: along the peaks there is a character for each. Else a name begins at each fourth
+/// byte, as conversions have it, that no other goes over.
+std::vector<std::string> namesOf(const AndiImage& image, const AndiVariable& vector) {
+    const std::string_view text{static_cast<const char*>(vector.Data),
+                                static_cast<std::size_t>(vector.ElementCount)};
+    std::vector<std::string> names;
+    if (isAlongPeaks(image, vector)) {
+        std::ranges::transform(text, std::back_inserter(names),
+                               [](const char& name) { return untilNul(&name, 1); });
+        return names;
+    }
+    constexpr std::size_t pitch = 4;
+    for (std::size_t place = 0; place < text.size(); place += pitch) {
+        const bool isGoneOver = place > 0 && text[place - 1] != '\0';
+        names.push_back(isGoneOver ? ""
+                                   : untilNul(text.data() + place,
+                                              static_cast<std::int64_t>(text.size() - place)));
+    }
+    while (!names.empty() && names.back().empty()) {
+        names.pop_back();
+    }
+    return names;
+}
+
 /// Whether it has a value a peak: by its dimension, or by a name that conversions know.
 bool isPeakColumn(const AndiImage& image, const AndiVariable& variable) {
     const bool isText = variable.Type == AndiType::Char;
     if (variable.DimensionCount != (isText ? 2 : 1)) {
-        return false;
+        return isNameVector(variable);
     }
-    const char* dimension = image.file.Dimensions[variable.DimensionIds[0]].Name;
-    return isNamed(dimension, taken::peakNumber) || isNamed(variable.Name, taken::peakName) ||
+    return isAlongPeaks(image, variable) || isNamed(variable.Name, taken::peakName) ||
            std::ranges::any_of(peakSources, [&](const PeakSource& source) {
                return isNamed(variable.Name, source.name);
            });
@@ -72,7 +106,8 @@ void readPeakColumn(Reading& reading, const AndiImage& image, const AndiVariable
             {.key = {.part = parts::peaks, .name = variable.Name, .peak = ++peak},
              .value = std::move(value)});
     };
-    std::ranges::for_each(rowsOf(image, &variable), add);
+    std::ranges::for_each(
+        isNameVector(variable) ? namesOf(image, variable) : rowsOf(image, &variable), add);
     const NumberView numbers = numbersOf(&variable);
     for (std::size_t i = 0; i < numbers.size(); ++i) {
         add(numbers[i]);
