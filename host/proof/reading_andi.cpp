@@ -13,6 +13,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <span>
 #include <stdexcept>
 #include <string_view>
 
@@ -54,13 +55,23 @@ Value valueOf(const AndiImage& image, const AndiVariable& variable) {
                                         : untilNul(variable.Data, variable.VSize);
 }
 
+/// Names that aren't rows of a matrix.
 bool isNameVector(const AndiVariable& variable) {
-    return variable.Type == AndiType::Char && variable.DimensionCount == 1 &&
+    return variable.Type == AndiType::Char && variable.DimensionCount < 2 &&
            isNamed(variable.Name, taken::peakName);
 }
 
 bool isAlongPeaks(const AndiImage& image, const AndiVariable& variable) {
-    return isNamed(image.file.Dimensions[variable.DimensionIds[0]].Name, taken::peakNumber);
+    return variable.DimensionCount > 0 &&
+           isNamed(image.file.Dimensions[variable.DimensionIds[0]].Name, taken::peakNumber);
+}
+
+/// Whether its values have one order only, as those of a column of a matrix have.
+bool isInLine(const AndiImage& image, const AndiVariable& variable) {
+    const auto ids =
+        std::span{variable.DimensionIds}.first(static_cast<std::size_t>(variable.DimensionCount));
+    return std::ranges::count_if(
+               ids, [&](std::int32_t id) { return image.file.Dimensions[id].Length > 1; }) <= 1;
 }
 
 /// Of a vector: along the peaks there is a character for each. Else a name begins at each fourth
@@ -87,16 +98,21 @@ std::vector<std::string> namesOf(const AndiImage& image, const AndiVariable& vec
     return names;
 }
 
+bool isPeakNumbers(const AndiImage& image, const AndiVariable& variable) {
+    const bool isKnown = std::ranges::any_of(
+        peakSources, [&](const PeakSource& source) { return isNamed(variable.Name, source.name); });
+    return isKnown ? isInLine(image, variable)
+                   : variable.DimensionCount == 1 && isAlongPeaks(image, variable);
+}
+
 /// Whether it has a value a peak: by its dimension, or by a name that conversions know.
 bool isPeakColumn(const AndiImage& image, const AndiVariable& variable) {
-    const bool isText = variable.Type == AndiType::Char;
-    if (variable.DimensionCount != (isText ? 2 : 1)) {
-        return isNameVector(variable);
+    if (variable.Type != AndiType::Char) {
+        return isPeakNumbers(image, variable);
     }
-    return isAlongPeaks(image, variable) || isNamed(variable.Name, taken::peakName) ||
-           std::ranges::any_of(peakSources, [&](const PeakSource& source) {
-               return isNamed(variable.Name, source.name);
-           });
+    return isNameVector(variable) ||
+           (variable.DimensionCount == 2 &&
+            (isAlongPeaks(image, variable) || isNamed(variable.Name, taken::peakName)));
 }
 
 void readPeakColumn(Reading& reading, const AndiImage& image, const AndiVariable& variable) {
