@@ -42,7 +42,9 @@ std::string templateText(const Entry& entry) {
 AndiLookup::AndiLookup(const Reading& andi) : image{andi.image}, entries{andi.entries} {
     for (const Entry& entry : entries) {
         if (entry.key.peak <= 1 && entry.key.part != parts::records) {
-            const std::size_t colon = entry.key.name.find(':');
+            const bool isAttribute = entry.key.part == parts::texts;
+            const std::size_t colon =
+                isAttribute ? entry.key.name.rfind(':') : std::string_view::npos;
             heads.push_back({.entry = &entry,
                              .name = entry.key.name.data() +
                                      (colon == std::string_view::npos ? 0 : colon + 1)});
