@@ -180,8 +180,7 @@ TEST_F(Expected, OfAndiFilesIsWhatTheLibraryMakesOfThem) {
         "a name in a vector that goes over the place of the next",
         "a character for the name of each peak: the first has all",
         "names of a matrix whose rows have no length are all the first",
-        "samples and heights beyond what their dimensions say: all of them, of which one is "
-        "turned"};
+        "samples and heights beyond what their dimensions say: one is turned"};
     int count = 0;
     for (const Case& each : readCases(LISTINGS "conversions.txt")) {
         SCOPED_TRACE(each.get("==", ""));

@@ -163,7 +163,7 @@ TEST_F(Verdicts, HoldWhatIsNoNumberAndTheSignOfZeroToTheBit) {
 }
 
 TEST(RecordedVerdicts, HoldTheFirstHundredOfWhatIsUnexpected) {
-    for (const std::size_t count : {1, 100, 101}) {
+    for (const std::size_t count : {1U, 100U, 101U}) {
         Verdict verdict;
         for (std::size_t i = 1; i <= count; ++i) {
             verdict.changes.push_back({.part = parts::texts, .rule = &changes::noPlace});

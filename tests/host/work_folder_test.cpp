@@ -144,7 +144,7 @@ TEST_F(WorkFolders, ThoseOfOthersStay) {
     otherUser = 0;
     ASSERT_EQ(found().size(), 1U);
     const fs::path lock = found().front() / "lock";
-    for (const unsigned permissions : {0770, 0720, 0702}) {
+    for (const unsigned permissions : {0770U, 0720U, 0702U}) {
         fs::permissions(found().front(), fs::perms{permissions});
         EXPECT_EQ(settled(), Notes{});
     }
