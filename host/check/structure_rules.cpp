@@ -14,8 +14,7 @@ namespace korlit::host {
 
 namespace {
 
-constexpr auto error = Severity::Error;
-constexpr auto warning = Severity::Warning;
+using enum Severity;
 
 const AndiDimension* dimensionNamed(const AndiImage& image, const char* name) {
     const auto dimensions = dimensionsOf(image);
@@ -35,17 +34,17 @@ bool names(const Subject& subject, const char* category) {
 
 void lookAtVersion(const Subject& subject, const RuleNotes& notes) {
     if (subject.image.file.Version != 1) {
-        notes.add(warning, "the version of the file's layout is " +
+        notes.add(Warning, "the version of the file's layout is " +
                                std::to_string(subject.image.file.Version) + " instead of 1");
     }
 }
 
 void lookForDimensions(const Subject& subject, const RuleNotes& notes) {
     if (dimensionNamed(subject.image, taken::pointNumber) == nullptr) {
-        notes.add(error, "there is no dimension point_number");
+        notes.add(Error, "there is no dimension point_number");
     }
     if (names(subject, "C2") && dimensionNamed(subject.image, taken::peakNumber) == nullptr) {
-        notes.add(warning, "dataset_completeness names C2, but there is no dimension peak_number");
+        notes.add(Warning, "dataset_completeness names C2, but there is no dimension peak_number");
     }
 }
 
@@ -65,7 +64,7 @@ void lookForVariables(const Subject& subject, const RuleNotes& notes) {
 void lookForTexts(const Subject& subject, const RuleNotes& notes) {
     for (const auto& [name, isRequired] : templateTexts) {
         if (isRequired && !textOf(subject.image, name)) {
-            notes.add(warning, std::string{"there is no attribute "} + name);
+            notes.add(Warning, std::string{"there is no attribute "} + name);
         }
     }
 }
@@ -76,10 +75,10 @@ void lookAtCompleteness(const Subject& subject, const RuleNotes& notes) {
         return;
     }
     if (!names(subject, "C1")) {
-        notes.add(warning, "dataset_completeness " + inQuotes(*text) + " doesn't name C1");
+        notes.add(Warning, "dataset_completeness " + inQuotes(*text) + " doesn't name C1");
     }
     if (dimensionNamed(subject.image, taken::peakNumber) != nullptr && !names(subject, "C2")) {
-        notes.add(warning, "dataset_completeness " + inQuotes(*text) +
+        notes.add(Warning, "dataset_completeness " + inQuotes(*text) +
                                " doesn't name C2, but there is a peak table");
     }
 }
@@ -100,7 +99,7 @@ void lookAtTextTypes(const Subject& subject, const RuleNotes& notes) {
                 return isNamed(attribute.Name, text.name);
             });
             if (isText && attribute.Type != AndiType::Char) {
-                notes.add(warning, wrongTypeWords(attribute.Name, attribute.Type, AndiType::Char));
+                notes.add(Warning, wrongTypeWords(attribute.Name, attribute.Type, AndiType::Char));
             }
         }
     };
@@ -144,7 +143,7 @@ void lookAtSizes(const Subject& subject, const RuleNotes& notes) {
         const double padding = variable.VSize - due;
         const bool isPadded = padding > 0 && padding < 4 && variable.VSize % 4 == 0;
         if (variable.IsRecord == 0 && padding != 0 && !isPadded) {
-            notes.add(error, std::string{variable.Name} + " has " + std::to_string(variable.VSize) +
+            notes.add(Error, std::string{variable.Name} + " has " + std::to_string(variable.VSize) +
                                  " bytes, but its dimensions make " + numberText(due));
         }
     }
@@ -158,7 +157,7 @@ void lookAtSampleCount(const Subject& subject, const RuleNotes& notes) {
     }
     const double samples = declaredElements(subject.image, *ordinates);
     if (*points > samples) {
-        notes.add(error, "point_number is " + std::to_string(*points) +
+        notes.add(Error, "point_number is " + std::to_string(*points) +
                              ", but ordinate_values has " +
                              counted(static_cast<std::size_t>(std::max(samples, 0.0)), "sample"));
     }
@@ -184,13 +183,13 @@ void lookAtRecordDimension(const Subject& subject, const RuleNotes& notes) {
             continue;
         }
         const std::string what = std::string{dimension.Name} + " is 0 or the record dimension";
-        notes.add(isCount ? error : warning,
+        notes.add(isCount ? Error : Warning,
                   along.empty() ? what
                                 : what + ", along which no data are found: " + joined(along, ", "));
     }
 }
 
-constexpr std::array<Rule, 11> rules{{
+constexpr std::array<Rule, 11> rulesOfStructure{{
     {.id = "version", .look = lookAtVersion},
     {.id = "missing-dimension", .look = lookForDimensions},
     {.id = "missing-variable", .look = lookForVariables},
@@ -207,7 +206,7 @@ constexpr std::array<Rule, 11> rules{{
 } // namespace
 
 std::span<const Rule> structureRules() {
-    return rules;
+    return rulesOfStructure;
 }
 
 } // namespace korlit::host

@@ -27,7 +27,6 @@ Subject subjectOf(const AndiImage& image) {
                     .samples = numbersOf(variableOf(image, taken::ordinateValues)),
                     .interval = numberOf(image, taken::samplingInterval),
                     .isUniform = isUniform(textOf(image, taken::uniformFlag))};
-    const auto isFinite = [](double sample) { return std::isfinite(sample); };
     if (const auto extremes = extremesOf(subject.samples, isFinite)) {
         subject.extremes = SampleRange{.smallest = subject.samples[extremes->minimum],
                                        .largest = subject.samples[extremes->maximum]};

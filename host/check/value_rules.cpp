@@ -14,16 +14,15 @@ namespace korlit::host {
 
 namespace {
 
-constexpr auto error = Severity::Error;
-constexpr auto warning = Severity::Warning;
+using enum Severity;
 
 void lookAtStamps(const Subject& subject, const RuleNotes& notes) {
     for (const char* name : stampSources) {
         const auto text = textOf(subject.image, name);
         if (text && text->empty()) {
-            notes.add(warning, std::string{name} + " is empty");
+            notes.add(Warning, std::string{name} + " is empty");
         } else if (text && !stampIn(*text)) {
-            notes.add(error, std::string{name} + " " + inQuotes(*text) +
+            notes.add(Error, std::string{name} + " " + inQuotes(*text) +
                                  " is no date and time as YYYYMMDDhhmmss+hhmm");
         }
     }
@@ -34,7 +33,7 @@ void lookAtUnit(const Subject& subject, const RuleNotes& notes) {
     std::string unit = text.value_or("");
     _strlwr(unit.data());
     if (text && !isMinutes(unit) && !unit.starts_with("sec")) {
-        notes.add(warning, "retention_unit " + inQuotes(*text) +
+        notes.add(Warning, "retention_unit " + inQuotes(*text) +
                                " is neither minutes nor seconds; it counts as seconds");
     }
 }
@@ -43,7 +42,7 @@ void lookAtInterval(const Subject& subject, const RuleNotes& notes) {
     const bool isThere = textOf(subject.image, taken::samplingInterval).has_value();
     const bool isGood = std::isfinite(subject.interval) && subject.interval > 0;
     if (isThere && subject.isUniform && !isGood) {
-        notes.add(error,
+        notes.add(Error,
                   "actual_sampling_interval is " +
                       (std::isnan(subject.interval) ? "no number" : numberText(subject.interval)));
     }
@@ -53,9 +52,9 @@ void lookAtUniformity(const Subject& subject, const RuleNotes& notes) {
     if (subject.isUniform) {
         return;
     }
-    notes.add(error, "uniform_sampling_flag isn't Y: the file can't be converted to a pair");
+    notes.add(Error, "uniform_sampling_flag isn't Y: the file can't be converted to a pair");
     if (variableNamed(subject.image, "raw_data_retention") == nullptr) {
-        notes.add(warning, "uniform_sampling_flag isn't Y, but there is no raw_data_retention");
+        notes.add(Warning, "uniform_sampling_flag isn't Y, but there is no raw_data_retention");
     }
 }
 
@@ -81,7 +80,7 @@ void lookAtSamples(const Subject& subject, const RuleNotes& notes) {
     const auto [count, first] =
         hitsOf(samples.size(), [&](std::size_t i) { return !std::isfinite(samples[i]); });
     if (count > 0) {
-        notes.add(error, counted(count, "sample") + " of " + std::to_string(samples.size()) +
+        notes.add(Error, counted(count, "sample") + " of " + std::to_string(samples.size()) +
                              " infinite or no number, the first at point " + std::to_string(first));
     }
 }
@@ -90,7 +89,7 @@ void lookAtSamples(const Subject& subject, const RuleNotes& notes) {
 void lookAtLimits(const Subject& subject, const RuleNotes& notes) {
     for (const auto& [name, limit, extreme, excess] : detectorLimits(subject)) {
         if (excess > 0) {
-            notes.add(warning, std::string{name} + " is " + numberText(limit) +
+            notes.add(Warning, std::string{name} + " is " + numberText(limit) +
                                    ", but the signal goes to " + numberText(extreme));
         }
     }
@@ -101,7 +100,7 @@ template <typename Test>
 void noteOnPeaks(const RuleNotes& notes, std::size_t peakCount, const char* words,
                  const Test& test) {
     if (const auto [count, first] = hitsOf(peakCount, test); count > 0) {
-        notes.add(warning, counted(count, "peak") + " " + words + ", the first is peak " +
+        notes.add(Warning, counted(count, "peak") + " " + words + ", the first is peak " +
                                std::to_string(first));
     }
 }
@@ -140,7 +139,7 @@ void lookForPeaksOutside(const Subject& subject, const RuleNotes& notes) {
     }
 }
 
-constexpr std::array<Rule, 8> rules{{
+constexpr std::array<Rule, 8> rulesOfValues{{
     {.id = "time-stamp", .look = lookAtStamps},
     {.id = "retention-unit", .look = lookAtUnit},
     {.id = "sampling-interval", .look = lookAtInterval},
@@ -154,7 +153,7 @@ constexpr std::array<Rule, 8> rules{{
 } // namespace
 
 std::span<const Rule> valueRules() {
-    return rules;
+    return rulesOfValues;
 }
 
 } // namespace korlit::host

@@ -19,28 +19,28 @@ constexpr double timeTolerance = 1e-6;
 using Differences = std::vector<Difference>;
 
 /// What stands on one side, in words and as a value; null where nothing does.
-struct Side {
+struct Told {
     std::string words;
     Json json;
 };
 
-Side sideOf(std::size_t count) {
+Told toldOf(std::size_t count) {
     return {.words = std::to_string(count), .json = count};
 }
 
-Side sideOf(const std::string& text) {
+Told toldOf(const std::string& text) {
     return {.words = '"' + printable(text) + '"', .json = utf8Of(text)};
 }
 
-Side sideOf(double number) {
+Told toldOf(double number) {
     return {.words = numberText(number), .json = numberJson(number)};
 }
 
-Side minutesSide(double minutes) {
+Told toldMinutes(double minutes) {
     return {.words = timeText(minutes) + " min", .json = timeJson(minutes)};
 }
 
-Difference onBothSides(const char* part, const std::string& subject, const Side& a, const Side& b) {
+Difference onBothSides(const char* part, const std::string& subject, const Told& a, const Told& b) {
     return {.words = std::string{part} + ": " + subject + ": A " + a.words + ", B " + b.words,
             .json = {{"part", part}, {"subject", subject}, {"a", a.json}, {"b", b.json}}};
 }
@@ -99,7 +99,7 @@ Difference sampleDifference(const DataSet& a, const DataSet& b, const SampleGap&
                               std::to_string(compared) + ", the most at sample " +
                               std::to_string(sample) + time + " by " + roundedText(gap.distance);
     Difference difference =
-        onBothSides("signal", words, sideOf(a.signal[sample]), sideOf(b.signal[sample]));
+        onBothSides("signal", words, toldOf(a.signal[sample]), toldOf(b.signal[sample]));
     difference.json["subject"] = "samples";
     difference.json["count"] = gap.count;
     difference.json["sample"] = sample;
@@ -113,10 +113,10 @@ void compareSignals(Differences& found, const DataSet& a, const DataSet& b,
     constexpr const char* part = "signal";
     if (a.signal.size() != b.signal.size()) {
         found.push_back(
-            onBothSides(part, "points", sideOf(a.signal.size()), sideOf(b.signal.size())));
+            onBothSides(part, "points", toldOf(a.signal.size()), toldOf(b.signal.size())));
     }
     if (a.isUniform != b.isUniform) {
-        const auto flag = [](bool isUniform) { return sideOf(std::string{isUniform ? "Y" : "N"}); };
+        const auto flag = [](bool isUniform) { return toldOf(std::string{isUniform ? "Y" : "N"}); };
         found.push_back(
             onBothSides(part, "uniform_sampling_flag", flag(a.isUniform), flag(b.isUniform)));
     }
@@ -125,7 +125,7 @@ void compareSignals(Differences& found, const DataSet& a, const DataSet& b,
          {"actual_delay_time", &DataSet::delayTime}}};
     for (const auto& [name, time] : times) {
         if (!areTimesEqual(a.*time, b.*time, comparison)) {
-            found.push_back(onBothSides(part, name, minutesSide(a.*time), minutesSide(b.*time)));
+            found.push_back(onBothSides(part, name, toldMinutes(a.*time), toldMinutes(b.*time)));
         }
     }
     if (const SampleGap gap = gapOf(a, b, comparison.tolerance); gap.count > 0) {
@@ -175,9 +175,9 @@ void compareNumbers(Differences& found, const PeakNumber& number, const std::opt
     if (a.has_value() != b.has_value()) {
         found.push_back(onOneSide("peaks", number.name, a.has_value()));
     } else if (a && number.isTime && !areTimesEqual(*a, *b, comparison)) {
-        found.push_back(onBothSides("peaks", number.name, minutesSide(*a), minutesSide(*b)));
+        found.push_back(onBothSides("peaks", number.name, toldMinutes(*a), toldMinutes(*b)));
     } else if (a && !number.isTime && !areClose(*a, *b, comparison.tolerance)) {
-        found.push_back(onBothSides("peaks", number.name, sideOf(*a), sideOf(*b)));
+        found.push_back(onBothSides("peaks", number.name, toldOf(*a), toldOf(*b)));
     }
 }
 
@@ -205,7 +205,7 @@ void comparePeaks(Differences& found, const DataSet& a, const DataSet& b,
                   const Comparison& comparison) {
     if (a.peaks.size() != b.peaks.size()) {
         found.push_back(
-            onBothSides("peaks", "count", sideOf(a.peaks.size()), sideOf(b.peaks.size())));
+            onBothSides("peaks", "count", toldOf(a.peaks.size()), toldOf(b.peaks.size())));
     }
     if (a.peaks.empty() || b.peaks.empty()) {
         return;
@@ -215,8 +215,8 @@ void comparePeaks(Differences& found, const DataSet& a, const DataSet& b,
         Differences ofThisPeak;
         for (const auto& [name, value] : shared.texts) {
             if (a.peaks[i].*value != b.peaks[i].*value) {
-                ofThisPeak.push_back(onBothSides("peaks", name, sideOf(a.peaks[i].*value),
-                                                 sideOf(b.peaks[i].*value)));
+                ofThisPeak.push_back(onBothSides("peaks", name, toldOf(a.peaks[i].*value),
+                                                 toldOf(b.peaks[i].*value)));
             }
         }
         for (const PeakNumber& number : shared.numbers) {
@@ -251,13 +251,13 @@ bool hasText(const DataSet& set, const std::string& name) {
 void compareText(Differences& found, const std::string& name, const std::string& a,
                  const std::string& b) {
     if (a != b) {
-        found.push_back(onBothSides("texts", printable(name), sideOf(a), sideOf(b)));
+        found.push_back(onBothSides("texts", printable(name), toldOf(a), toldOf(b)));
     }
 }
 
 void addLoneText(Differences& found, const std::string& name, const std::string& text, bool isInA) {
     Difference difference = onOneSide("texts", printable(name), isInA);
-    const Side side = sideOf(text);
+    const Told side = toldOf(text);
     difference.words += ": " + side.words;
     difference.json[isInA ? "a" : "b"] = side.json;
     found.push_back(std::move(difference));
@@ -298,7 +298,7 @@ Differences differencesOf(const DataSet& a, const DataSet& b, const Comparison& 
 }
 
 Difference channelDifference(std::size_t countInA, std::size_t countInB) {
-    return onBothSides("run", "channels", sideOf(countInA), sideOf(countInB));
+    return onBothSides("run", "channels", toldOf(countInA), toldOf(countInB));
 }
 
 } // namespace korlit::host

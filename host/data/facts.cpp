@@ -12,6 +12,10 @@ bool isNumber(double sample) {
     return !std::isnan(sample);
 }
 
+bool isFinite(double sample) {
+    return std::isfinite(sample);
+}
+
 std::optional<Extremes> extremesOf(const NumberView& signal, bool (*counts)(double sample)) {
     std::optional<Extremes> extremes;
     double lowest = 0;

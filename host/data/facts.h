@@ -14,8 +14,10 @@ struct Extremes {
 
     bool operator==(const Extremes&) const = default;
 };
+
 /// Whether a sample is one, which an infinite one is.
 bool isNumber(double sample);
+bool isFinite(double sample);
 
 /// The first of the lowest and of the highest samples among those that count; nothing if none does.
 std::optional<Extremes> extremesOf(const NumberView& signal,

@@ -50,12 +50,12 @@ class Hash {
     gcry_md_hd_t handle = nullptr;
 };
 
-class OpenFile {
+class RegularFile {
   public:
-    explicit OpenFile(const char* path) : descriptor{openRegularFile(path)} {}
-    OpenFile(const OpenFile&) = delete;
-    OpenFile& operator=(const OpenFile&) = delete;
-    ~OpenFile() {
+    explicit RegularFile(const char* path) : descriptor{openRegularFile(path)} {}
+    RegularFile(const RegularFile&) = delete;
+    RegularFile& operator=(const RegularFile&) = delete;
+    ~RegularFile() {
         if (isOpen()) {
             closeDescriptor(descriptor);
         }
@@ -83,7 +83,7 @@ std::string hexadecimal(const Bytes& bytes) {
 
 std::optional<FileDigest> digestOf(const std::filesystem::path& file) {
     constexpr std::size_t partSize = 256UL * 1024;
-    const OpenFile source{file.c_str()};
+    const RegularFile source{file.c_str()};
     if (!source.isOpen()) {
         return std::nullopt;
     }

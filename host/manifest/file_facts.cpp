@@ -3,15 +3,9 @@
 #include "host/data/facts.h"
 #include "host/text/stamps.h"
 
-#include <cmath>
-
 namespace korlit::host {
 
 namespace {
-
-bool isFinite(double sample) {
-    return std::isfinite(sample);
-}
 
 RecordedChannel channelOf(const DataSet& set, int number) {
     RecordedChannel channel{.number = number,

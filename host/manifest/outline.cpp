@@ -12,10 +12,6 @@ namespace {
 
 constexpr std::size_t stretchLimit = 150;
 
-bool isFinite(double sample) {
-    return std::isfinite(sample);
-}
-
 /// Where a stretch of `count` things begins, when `total` are shared out.
 std::size_t begin(std::size_t stretch, std::size_t count, std::size_t total) {
     return static_cast<std::size_t>(static_cast<double>(total) * static_cast<double>(stretch) /

@@ -27,7 +27,7 @@ int namedExponentFor(const Range& range) {
 }
 
 /// y of the straight line through two points.
-double between(const LinePoint& left, const LinePoint& right, double x) {
+double heightBetween(const LinePoint& left, const LinePoint& right, double x) {
     if (x == left.x) {
         return left.y;
     }
@@ -198,7 +198,7 @@ std::vector<LinePoint> cutTo(std::span<const LinePoint> line, const Range& range
     std::vector<LinePoint> part;
     const auto addCut = [&](auto right, double x) {
         if (right != line.begin() && right != line.end()) {
-            part.push_back({.x = x, .y = between(*std::prev(right), *right, x)});
+            part.push_back({.x = x, .y = heightBetween(*std::prev(right), *right, x)});
         }
     };
     if (first != line.end() && first->x > range.from) {

@@ -79,9 +79,9 @@ Grid gridFor(cairo_t* context, const Chart& chart, double leftMargin) {
 
 Box plotBox(const Grid& grid, std::size_t panel, double leftMargin) {
     const double left = static_cast<double>(panel % grid.columns) * grid.pitch + leftMargin;
-    const double rowHeight = grid.titleHeight + grid.plotHeight + panelGap;
+    const double panelHeight = grid.titleHeight + grid.plotHeight + panelGap;
     const std::size_t row = panel / grid.columns;
-    const double top = grid.top + grid.titleHeight + static_cast<double>(row) * rowHeight;
+    const double top = grid.top + grid.titleHeight + static_cast<double>(row) * panelHeight;
     return {.left = left,
             .top = top,
             .right = std::max(left - leftMargin + grid.pitch, left + leastPlotWidth),

@@ -69,7 +69,7 @@ void leaveTwin(AndiMaking& making, const Twin& twin, std::size_t peak) {
                             (isSame ? " is that of " : " gives way to that of ") + twin.first);
 }
 
-void expectPeaks(AndiMaking& making) {
+void expectPeaksOfPair(AndiMaking& making) {
     const auto count = static_cast<std::size_t>(std::max(making.number(peakCountField), 0.0));
     for (const PeakColumn& column : peakColumns) {
         for (std::size_t peak = 1; peak <= count; ++peak) {
@@ -122,7 +122,7 @@ Expectations expectedOfAndi(const Reading& pair, const std::string& sliceFile, W
                             .origins = {separationOrigin},
                             .dateFields = {"DateText", "TimeText"},
                             .peakCountField = peakCountField});
-    expectPeaks(making);
+    expectPeaksOfPair(making);
     leaveTheImplied(making);
     making.leaveRest();
     return std::move(making.values.expected);

@@ -136,7 +136,7 @@ void expectCodes(AndiMaking& making, const ChannelRecords& records) {
     }
 }
 
-void expectPeaks(AndiMaking& making) {
+void expectPeaksOfRun(AndiMaking& making) {
     const ChannelRecords records = recordsOf(making);
     const std::size_t count = records.results.size();
     expectColumn(making, retentionColumn, count);
@@ -186,7 +186,7 @@ Expectations expectedOfChannel(const Reading& channel, const std::string& runFil
          .origins = {},
          .dateFields = {"StartSerial"},
          .peakCountField = "ResultCount"});
-    expectPeaks(making);
+    expectPeaksOfRun(making);
     leaveLayout(making);
     making.leaveRest();
     return std::move(making.values.expected);
