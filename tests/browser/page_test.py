@@ -118,11 +118,11 @@ def test_search_and_filters(browser, page):
 
 def test_a_row_opens(browser, page):
     browser.open(page)
-    height = "document.querySelector('tbody:nth-of-type(8) .chart svg')?.getBoundingClientRect().height || 0"
-    shut = browser.value("document.querySelector('tbody:nth-of-type(8)').offsetHeight")
+    chart = "document.querySelector('tbody:nth-of-type(8) .chart svg')"
+    assert not browser.value(f"{chart}.checkVisibility()")
     open_row(browser, 8)
     assert browser.value("document.activeElement.tagName") == "SUMMARY"
-    assert browser.value(height) > 100
+    assert browser.value(f"{chart}.getBoundingClientRect().height") > 100
     text = browser.value("document.querySelector('tbody:nth-of-type(8)').innerText")
     for words in ("areas are divided (1,200)", "a warning", f"{7:064x}  /archive/sub/run7.cdf", hostile,
                   "Further peaks: close\u00a05.001, untimed\u00a0?", "Message 7"):
@@ -130,7 +130,7 @@ def test_a_row_opens(browser, page):
     assert browser.value("""[...document.querySelectorAll('tbody:nth-of-type(8) .chart li')].map((item) =>
         [item.textContent, item.style.left])""") == [["early\u00a01.000", "10%"], [f"{hostile}\u00a05.000", "50%"]]
     browser.press_enter()
-    assert browser.value("document.querySelector('tbody:nth-of-type(8)').offsetHeight") == shut
+    browser.wait_for(f"!{chart}.checkVisibility()")
     browser.click("tbody:nth-of-type(8) td:nth-child(2)")
     assert browser.value("document.querySelector('tbody:nth-of-type(8) details').open")
     browser.click("#open")
