@@ -45,9 +45,11 @@ AndiLookup::AndiLookup(const Reading& andi) : image{andi.image}, entries{andi.en
             const bool isAttribute = entry.key.part == parts::texts;
             const std::size_t colon =
                 isAttribute ? entry.key.name.rfind(':') : std::string_view::npos;
-            heads.push_back({.entry = &entry,
-                             .name = entry.key.name.data() +
-                                     (colon == std::string_view::npos ? 0 : colon + 1)});
+            const std::size_t start = colon == std::string_view::npos ? 0 : colon + 1;
+            heads.push_back({.entry = &entry, .name = entry.key.name.data() + start});
+            if (entry.key.part == parts::peaks) {
+                columns.push_back(heads.back());
+            }
         }
     }
 }
@@ -77,10 +79,9 @@ std::optional<std::string> AndiLookup::text(std::string_view name, std::int32_t 
 
 std::span<const Entry> AndiLookup::column(std::string_view name) const {
     const std::string key = keyOf(name);
-    const auto found = std::ranges::find_if(heads, [&](const Head& head) {
-        return head.entry->key.part == parts::peaks && head.isOf(key);
-    });
-    if (found == heads.end()) {
+    const auto found =
+        std::ranges::find_if(columns, [&](const Head& head) { return head.isOf(key); });
+    if (found == columns.end()) {
         return {};
     }
     const auto rest = entries.subspan(static_cast<std::size_t>(found->entry - entries.data()));

@@ -37,6 +37,7 @@ class AndiLookup {
     const AndiImage* image; ///< null for a file that isn't there, but is expected
     std::span<const Entry> entries;
     std::vector<Head> heads;
+    std::vector<Head> columns; ///< those of the peak table
 };
 
 } // namespace korlit::host
