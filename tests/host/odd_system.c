@@ -3,7 +3,7 @@
    to the place $TAKEN, where only one process can be started if "fork" is missing, where $SWAP
    takes the place of run.dat when a conversion begins, where $COMING isn't there when it is opened
    first, that lists in $SYNCED what it is asked to have on the disk, and that kills the process
-   group, or with $KILL_WORKER a process other than the first of its session, at its $KILL_AT-th
+   group, or with $KILL_WORKER a process other than the first, at its $KILL_AT-th
    call that writes to a file or changes which names there are. */
 #define _GNU_SOURCE
 #include <dlfcn.h>
