@@ -2,9 +2,9 @@
    come to the place $NO_PLACE does not, or the first $REFUSALS, where another process comes first
    to the place $TAKEN, where only one process can be started if "fork" is missing, where $SWAP
    takes the place of run.dat when a conversion begins, where $COMING isn't there when it is opened
-   first, that lists in $SYNCED what it is asked to have on the disk, and that kills the process
-   group, or with $KILL_WORKER a process other than the first, at its $KILL_AT-th
-   call that writes to a file or changes which names there are. */
+   first, and $GOING no longer is, that lists in $SYNCED what it is asked to have on the disk, and
+   that kills the process group, or with $KILL_WORKER a process other than the first, at its
+   $KILL_AT-th call that writes to a file or changes which names there are. */
 #define _GNU_SOURCE
 #include <dlfcn.h>
 #include <errno.h>
@@ -62,6 +62,9 @@ int open(const char* path, int flags, ...) {
     if (coming != NULL && strcmp(path, coming) == 0 && lookups++ == 0) {
         errno = ENOENT;
         return -1;
+    }
+    if (getenv("GOING") != NULL && strcmp(path, getenv("GOING")) == 0) {
+        syscall(SYS_unlinkat, AT_FDCWD, path, 0);
     }
     va_list more;
     va_start(more, flags);

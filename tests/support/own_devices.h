@@ -1,5 +1,6 @@
 // Files of equal number on different devices, which no test can make: as the system tells of them.
-// One file of a program includes this, as its functions stand in front of those of the C library.
+// The functions stand in front of those of the C library; the tests of a program are one source, so
+// that they are there once.
 #pragma once
 
 #include <fcntl.h>
